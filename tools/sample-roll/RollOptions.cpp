@@ -3,7 +3,8 @@
 
 #include "RollOptions.h"
 
-#include "ExamplePayload.h"
+#include "payload/SlatePayloadJson.h"
+#include "support/Samples.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -221,7 +222,7 @@ void RollParser::readFilm(RollOptions &options) const
 QByteArray RollParser::readPayload() const
 {
     if (!m_parser.isSet(QStringLiteral("payload"))) {
-        return examplePayloadJson();
+        return slatePayloadToJson(test::fullPayload());
     }
     QFile file(m_parser.value(QStringLiteral("payload")));
     if (!file.open(QIODevice::ReadOnly)) {
