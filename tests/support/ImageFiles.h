@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmark::test {
+
+/// A picture to be written to a file: interleaved rows of 16-bit samples over their full
+/// range (0 is black, 65535 white), one channel (grey) or three (RGB).
+struct RasterImage {
+    int width = 0;
+    int height = 0;
+    int channels = 3;
+    std::vector<std::uint16_t> samples;
+
+    std::uint16_t at(int x, int y, int channel) const
+    {
+        return samples[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                        static_cast<std::size_t>(x)) *
+                           static_cast<std::size_t>(channels) +
+                       static_cast<std::size_t>(channel)];
+    }
+};
+
+/// How the samples of a JPEG file stand for colours. Grey pictures are written as `grey`
+/// where `yCbCr` is asked for.
+enum class JpegColour { yCbCr, grey, rgb, cmyk, ycck };
+
+struct JpegOptions {
+    int quality = 90;
+    bool progressive = false;
+    int orientation = 1; ///< written as an EXIF block unless it is 1
+    JpegColour colour = JpegColour::yCbCr;
+    bool adobeMarker = true;   ///< for rgb, cmyk and ycck; with it, inks are stored inverted
+    int chromaSubsampling = 2; ///< 1 or 2, both ways
+    int restartRows = 0;       ///< rows of blocks between restart markers; 0 for none
+    std::string app1;          ///< content of an APP1 segment to write in place of our own
+};
+
+/// Throws std::runtime_error where the file cannot be written.
+void writeJpeg(const std::filesystem::path &file, const RasterImage &image,
+               const JpegOptions &options = {});
+
+/// The content of an APP1 segment that holds an orientation and nothing else. `type` is
+/// the TIFF field type of the entry: 3 a 16-bit number, 4 a 32-bit one, 2 text.
+std::string exifOrientationBlock(std::uint32_t value, std::uint16_t type = 3);
+
+enum class TiffCompression { none, lzw, deflate, packBits, jpeg, fax4 };
+enum class TiffPredictor { none = 1, horizontal = 2, floatingPoint = 3 };
+
+/// What the samples of a TIFF file stand for. `automatic` is minIsBlack for one channel
+/// and rgb for three. From an RGB picture, minIsBlack, minIsWhite and palette take the
+/// first channel; `lab` stores the lightness and only a rough chroma.
+enum class TiffPhotometric { automatic, minIsBlack, minIsWhite, palette, rgb, cmyk, lab, yCbCr };
+
+struct TiffOptions {
+    int bits = 8; ///< 1, 2, 4, 8, 16 or 32 a sample
+    TiffCompression compression = TiffCompression::none;
+    TiffPredictor predictor = TiffPredictor::none;
+    TiffPhotometric photometric = TiffPhotometric::automatic;
+    int rowsPerStrip = 16; ///< 0 puts all rows into one strip
+    int tileWidth = 0;     ///< a multiple of 16; 0 for strips
+    int tileLength = 0;
+    bool planarSeparate = false;
+    bool bigTiff = false;
+    bool bigEndian = false;
+    int extraChannels = 0;          ///< unspecified ones, filled with a picture of their own
+    std::optional<int> orientation; ///< 1 to 8; not written where not given
+    bool floatingPoint = false;     ///< with bits 32: samples of floatBlack to floatWhite
+    float floatBlack = 0;
+    float floatWhite = 1;
+    std::optional<float> floatStray; ///< stands in the place of every 50th sample
+    int chromaSubsampling = 1;       ///< for yCbCr without compression: 1 or 2, both ways
+};
+
+/// Throws std::runtime_error where the file cannot be written.
+void writeTiff(const std::filesystem::path &file, const RasterImage &image,
+               const TiffOptions &options = {});
+
+/// One directory per page. Throws std::runtime_error where the file cannot be written.
+void writeTiff(const std::filesystem::path &file, const std::vector<RasterImage> &pages,
+               const TiffOptions &options = {});
+
+} // namespace quillmark::test

@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "support/TiffSamples.h"
+
+#include <tiffio.h>
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace quillmark::test {
+namespace {
+
+using TiffHandle = std::unique_ptr<TIFF, void (*)(TIFF *)>;
+
+int photometricTag(TiffPhotometric photometric)
+{
+    switch (photometric) {
+    case TiffPhotometric::automatic:
+    case TiffPhotometric::minIsBlack:
+        return PHOTOMETRIC_MINISBLACK;
+    case TiffPhotometric::minIsWhite:
+        return PHOTOMETRIC_MINISWHITE;
+    case TiffPhotometric::palette:
+        return PHOTOMETRIC_PALETTE;
+    case TiffPhotometric::rgb:
+        return PHOTOMETRIC_RGB;
+    case TiffPhotometric::cmyk:
+        return PHOTOMETRIC_SEPARATED;
+    case TiffPhotometric::lab:
+        return PHOTOMETRIC_CIELAB;
+    case TiffPhotometric::yCbCr:
+        return PHOTOMETRIC_YCBCR;
+    }
+    throw std::logic_error("no such photometric interpretation");
+}
+
+int compressionTag(TiffCompression compression)
+{
+    switch (compression) {
+    case TiffCompression::none:
+        return COMPRESSION_NONE;
+    case TiffCompression::lzw:
+        return COMPRESSION_LZW;
+    case TiffCompression::deflate:
+        return COMPRESSION_ADOBE_DEFLATE;
+    case TiffCompression::packBits:
+        return COMPRESSION_PACKBITS;
+    case TiffCompression::jpeg:
+        return COMPRESSION_JPEG;
+    case TiffCompression::fax4:
+        return COMPRESSION_CCITTFAX4;
+    }
+    throw std::logic_error("no such compression");
+}
+
+void setPalette(TIFF *tiff, int bits)
+{
+    const int count = 1 << bits;
+    std::vector<std::uint16_t> grey;
+    for (int i = 0; i < count; ++i) {
+        grey.push_back(static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1)));
+    }
+    TIFFSetField(tiff, TIFFTAG_COLORMAP, grey.data(), grey.data(), grey.data());
+}
+
+int subsampling(const TiffOptions &options)
+{
+    return options.photometric == TiffPhotometric::yCbCr &&
+                   options.compression != TiffCompression::jpeg
+               ? options.chromaSubsampling
+               : 1;
+}
+
+void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options, int channels)
+{
+    const TiffPhotometric photometric = resolvedPhotometric(options, image);
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, image.height);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, options.bits);
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, channels);
+    TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT,
+                 options.floatingPoint ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometricTag(photometric));
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG,
+                 options.planarSeparate ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, compressionTag(options.compression));
+    if (options.predictor != TiffPredictor::none) {
+        TIFFSetField(tiff, TIFFTAG_PREDICTOR, static_cast<int>(options.predictor));
+    }
+    if (options.orientation) {
+        TIFFSetField(tiff, TIFFTAG_ORIENTATION, *options.orientation);
+    }
+    if (options.extraChannels > 0) {
+        const std::vector<std::uint16_t> kinds(static_cast<std::size_t>(options.extraChannels),
+                                               EXTRASAMPLE_UNSPECIFIED);
+        TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, options.extraChannels, kinds.data());
+    }
+    if (photometric == TiffPhotometric::palette) {
+        setPalette(tiff, options.bits);
+    }
+    if (photometric == TiffPhotometric::yCbCr) {
+        if (options.compression == TiffCompression::jpeg) {
+            TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+        } else {
+            TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, subsampling(options),
+                         subsampling(options));
+        }
+    }
+    if (options.tileWidth > 0) {
+        TIFFSetField(tiff, TIFFTAG_TILEWIDTH, options.tileWidth);
+        TIFFSetField(tiff, TIFFTAG_TILELENGTH, options.tileLength);
+    } else {
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP,
+                     options.rowsPerStrip > 0 ? options.rowsPerStrip : image.height);
+    }
+}
+
+/// The blocks of a page in the order of their numbers, planes one after the other.
+std::vector<TiffBlock> blocksOf(const RasterImage &image, const TiffOptions &options, int channels)
+{
+    const bool tiled = options.tileWidth > 0;
+    const int width = tiled ? options.tileWidth : image.width;
+    const int height = tiled                      ? options.tileLength
+                       : options.rowsPerStrip > 0 ? options.rowsPerStrip
+                                                  : image.height;
+    std::vector<TiffBlock> blocks;
+    for (int plane = 0; plane < (options.planarSeparate ? channels : 1); ++plane) {
+        for (int y = 0; y < image.height; y += height) {
+            for (int x = 0; x < image.width; x += width) {
+                TiffBlock block{
+                    x, y, width, tiled ? height : std::min(height, image.height - y), {}};
+                if (options.planarSeparate) {
+                    block.channel = plane;
+                }
+                blocks.push_back(block);
+            }
+        }
+    }
+    return blocks;
+}
+
+void writePage(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
+{
+    const int channels = static_cast<int>(storedPixel(image, options, 0, 0).size());
+    setTags(tiff, image, options, channels);
+    std::uint32_t number = 0;
+    for (const TiffBlock &block : blocksOf(image, options, channels)) {
+        std::vector<std::uint8_t> bytes = subsampling(options) > 1
+                                              ? packedUnits(image, options, block)
+                                              : packedSamples(image, options, block);
+        const auto size = static_cast<tmsize_t>(bytes.size());
+        const tmsize_t written = options.tileWidth > 0
+                                     ? TIFFWriteEncodedTile(tiff, number, bytes.data(), size)
+                                     : TIFFWriteEncodedStrip(tiff, number, bytes.data(), size);
+        if (written < 0) {
+            throw std::runtime_error("cannot write strip or tile " + std::to_string(number));
+        }
+        ++number;
+    }
+    if (TIFFWriteDirectory(tiff) == 0) {
+        throw std::runtime_error("cannot write the directory");
+    }
+}
+
+} // namespace
+
+void writeTiff(const std::filesystem::path &file, const std::vector<RasterImage> &pages,
+               const TiffOptions &options)
+{
+    const std::string mode =
+        std::string("w") + (options.bigEndian ? 'b' : 'l') + (options.bigTiff ? "8" : "4");
+    const TiffHandle tiff(TIFFOpen(file.c_str(), mode.c_str()), TIFFClose);
+    if (!tiff) {
+        throw std::runtime_error("cannot write " + file.string());
+    }
+    for (const RasterImage &page : pages) {
+        writePage(tiff.get(), page, options);
+    }
+}
+
+void writeTiff(const std::filesystem::path &file, const RasterImage &image,
+               const TiffOptions &options)
+{
+    writeTiff(file, std::vector<RasterImage>{image}, options);
+}
+
+} // namespace quillmark::test

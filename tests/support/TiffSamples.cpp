@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "support/TiffSamples.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <utility>
+
+namespace quillmark::test {
+namespace {
+
+std::uint16_t sixteenBits(double share)
+{
+    return static_cast<std::uint16_t>(std::lround(std::clamp(share, 0.0, 1.0) * 65535));
+}
+
+/// Lightness L* of CIE 1976 from sRGB (IEC 61966-2-1), and a chroma that is only meant to
+/// be no constant.
+TiffPixel labPixel(double red, double green, double blue, int bits)
+{
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    const double luminance = 0.2126 * linear(red) + 0.7152 * linear(green) + 0.0722 * linear(blue);
+    const double lightness =
+        luminance > 216.0 / 24389 ? 1.16 * std::cbrt(luminance) - 0.16 : luminance * 24389 / 2700;
+    // a* and b* are signed numbers; bits are kept in the upper part of the sample.
+    const auto chroma = [bits](double value) {
+        const auto number = static_cast<std::int16_t>(std::lround(value * 32000));
+        const auto pattern = static_cast<std::uint16_t>(number);
+        return bits == 8 ? static_cast<std::uint16_t>((pattern >> 8U) * 257U) : pattern;
+    };
+    return {sixteenBits(lightness), chroma((red - green) / 2), chroma((green - blue) / 2)};
+}
+
+TiffPixel inkPixel(double red, double green, double blue)
+{
+    const double white = std::max({red, green, blue});
+    const auto ink = [white](double value) {
+        return sixteenBits(white == 0 ? 0 : 1 - value / white);
+    };
+    return {ink(red), ink(green), ink(blue), sixteenBits(1 - white)};
+}
+
+/// ITU-T T.871: full range, chroma around the middle.
+TiffPixel yCbCrPixel(double red, double green, double blue)
+{
+    const double luma = 0.299 * red + 0.587 * green + 0.114 * blue;
+    return {sixteenBits(luma), sixteenBits((blue - luma) / 1.772 + 0.5),
+            sixteenBits((red - luma) / 1.402 + 0.5)};
+}
+
+TiffPixel colourPixel(const RasterImage &image, const TiffOptions &options, int x, int y)
+{
+    const auto share = [&](int channel) {
+        return image.at(x, y, image.channels == 1 ? 0 : channel) / 65535.0;
+    };
+    const std::uint16_t first = image.at(x, y, 0);
+    switch (resolvedPhotometric(options, image)) {
+    case TiffPhotometric::automatic:
+    case TiffPhotometric::minIsBlack:
+        return {first};
+    case TiffPhotometric::minIsWhite:
+    case TiffPhotometric::palette: // whose colours run from white to black
+        return {static_cast<std::uint16_t>(65535 - first)};
+    case TiffPhotometric::cmyk:
+        return inkPixel(share(0), share(1), share(2));
+    case TiffPhotometric::lab:
+        return labPixel(share(0), share(1), share(2), options.bits);
+    case TiffPhotometric::yCbCr:
+        if (options.compression == TiffCompression::jpeg) {
+            break; // the library converts
+        }
+        return yCbCrPixel(share(0), share(1), share(2));
+    case TiffPhotometric::rgb:
+        break;
+    }
+    return {sixteenBits(share(0)), sixteenBits(share(1)), sixteenBits(share(2))};
+}
+
+class SamplePacker
+{
+public:
+    explicit SamplePacker(const TiffOptions &options) : m_options(options) {}
+
+    void add(std::uint16_t sample)
+    {
+        if (m_options.floatingPoint) {
+            addFloat(sample);
+        } else if (m_options.bits == 32) {
+            addWord(sample * 65537U);
+        } else if (m_options.bits == 16) {
+            addBytes(sample);
+        } else {
+            addBits(sample);
+        }
+    }
+
+    /// Rows begin on a byte.
+    void endRow() { m_bitsUsed = 0; }
+
+    std::vector<std::uint8_t> take() { return std::move(m_bytes); }
+
+private:
+    template <typename Value>
+    void addBytes(Value value)
+    {
+        const auto bytes = std::bit_cast<std::array<std::uint8_t, sizeof(Value)>>(value);
+        m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+    }
+
+    void addWord(std::uint32_t value) { addBytes(value); }
+
+    void addFloat(std::uint16_t sample)
+    {
+        if (m_options.floatStray && m_count++ % 50 == 7) {
+            addBytes(*m_options.floatStray);
+            return;
+        }
+        const float share = static_cast<float>(sample) / 65535;
+        addBytes(m_options.floatBlack + share * (m_options.floatWhite - m_options.floatBlack));
+    }
+
+    void addBits(std::uint16_t sample)
+    {
+        const int most = (1 << m_options.bits) - 1;
+        const int value = (sample * most + 32767) / 65535;
+        if (m_bitsUsed == 0) {
+            m_bytes.push_back(0);
+        }
+        m_bitsUsed += m_options.bits;
+        m_bytes.back() = static_cast<std::uint8_t>(m_bytes.back() | value << (8 - m_bitsUsed));
+        m_bitsUsed %= 8;
+    }
+
+    const TiffOptions &m_options;
+    std::vector<std::uint8_t> m_bytes;
+    int m_bitsUsed = 0;
+    int m_count = 0;
+};
+
+} // namespace
+
+TiffPhotometric resolvedPhotometric(const TiffOptions &options, const RasterImage &image)
+{
+    if (options.photometric != TiffPhotometric::automatic) {
+        return options.photometric;
+    }
+    return image.channels == 1 ? TiffPhotometric::minIsBlack : TiffPhotometric::rgb;
+}
+
+TiffPixel storedPixel(const RasterImage &image, const TiffOptions &options, int x, int y)
+{
+    x = std::min(x, image.width - 1);
+    y = std::min(y, image.height - 1);
+    TiffPixel pixel = colourPixel(image, options, x, y);
+    for (int i = 0; i < options.extraChannels; ++i) {
+        pixel.push_back(static_cast<std::uint16_t>((x * 977 + y * 3571 + i) % 65536));
+    }
+    return pixel;
+}
+
+std::vector<std::uint8_t> packedSamples(const RasterImage &image, const TiffOptions &options,
+                                        const TiffBlock &block)
+{
+    SamplePacker packer(options);
+    for (int y = block.y; y < block.y + block.height; ++y) {
+        for (int x = block.x; x < block.x + block.width; ++x) {
+            const TiffPixel pixel = storedPixel(image, options, x, y);
+            if (block.channel) {
+                packer.add(pixel[static_cast<std::size_t>(*block.channel)]);
+                continue;
+            }
+            for (const std::uint16_t sample : pixel) {
+                packer.add(sample);
+            }
+        }
+        packer.endRow();
+    }
+    return packer.take();
+}
+
+std::vector<std::uint8_t> packedUnits(const RasterImage &image, const TiffOptions &options,
+                                      const TiffBlock &block)
+{
+    const int step = options.chromaSubsampling;
+    SamplePacker packer(options);
+    for (int y = block.y; y < block.y + block.height; y += step) {
+        for (int x = block.x; x < block.x + block.width; x += step) {
+            for (int i = 0; i < step * step; ++i) {
+                packer.add(storedPixel(image, options, x + i % step, y + i / step)[0]);
+            }
+            const TiffPixel pixel = storedPixel(image, options, x, y);
+            packer.add(pixel[1]);
+            packer.add(pixel[2]);
+        }
+    }
+    return packer.take();
+}
+
+} // namespace quillmark::test
