@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/FrameDecoder.h"
+#include "support/ImageFiles.h"
+#include "support/simulator/Card.h"
+#include "support/simulator/Film.h"
+#include "support/simulator/Scene.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace quillmark::test {
+
+/// One card in a frame. Its pose is in pixels of the frame.
+struct SimulatedCard {
+    QrMatrix code;
+    CardPose pose;
+    double blur = 0; ///< standard deviation, in modules
+};
+
+/// A frame of a scanned roll that can be made again from these values.
+struct SimulatedFrame {
+    int width = 1200;
+    int height = 800;
+    std::uint64_t seed = 1;
+    Clutter clutter = Clutter::none;
+    std::vector<SimulatedCard> cards;
+    FilmOptions film;
+    int workers = 2; ///< threads to render with; the result is the same
+};
+
+/// In 16-bit colour.
+RasterImage renderRaster(const SimulatedFrame &frame);
+
+/// In 8-bit grey.
+LumaImage renderLuma(const SimulatedFrame &frame);
+
+} // namespace quillmark::test
