@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "embedding/EmbedRun.h"
+
+#include "embedding/ChildProcess.h"
+#include "embedding/Exiftool.h"
+
+namespace quillmark {
+namespace {
+
+std::string argumentBytes(QString text)
+{
+    text.remove(QChar(u'\0'));
+    return text.toUtf8().toStdString();
+}
+
+/// A stream's text; empty where it is not UTF-8.
+QString streamText(const std::string &bytes)
+{
+    const auto utf8 = QByteArray::fromStdString(bytes);
+    return utf8.isValidUtf8() ? QString::fromUtf8(utf8) : QString();
+}
+
+} // namespace
+
+std::vector<std::string> embedArguments(const std::filesystem::path &configuration,
+                                        const QStringList &tagArguments,
+                                        const std::vector<std::filesystem::path> &files)
+{
+    // exiftool reads "-config" in first place only. IPTC text is written as UTF-8 and
+    // flagged so by the coded character set (IPTC-IIM 4.2, dataset 1:90).
+    std::vector<std::string> arguments{
+        "-config",
+        configuration.native(),
+        "-overwrite_original",
+        "-codedcharacterset=utf8",
+        "-charset",
+        "iptc=UTF8",
+    };
+    arguments.reserve(arguments.size() + static_cast<std::size_t>(tagArguments.size()) +
+                      files.size());
+    for (const QString &argument : tagArguments) {
+        arguments.push_back(argumentBytes(argument));
+    }
+    for (const std::filesystem::path &file : files) {
+        arguments.push_back(std::filesystem::absolute(file).native());
+    }
+    return arguments;
+}
+
+void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::path> &files,
+              const SlatePayload &payload, const QString &generatorVersion)
+{
+    if (!setup.program) {
+        throw ExiftoolError::notInstalled();
+    }
+    if (!setup.configuration) {
+        throw ExiftoolError::failed(QStringLiteral("Bundled quillmark.config missing"), -1);
+    }
+    const ChildResult result = runChild(
+        *setup.program, embedArguments(*setup.configuration,
+                                       Exiftool::tagArguments(payload, generatorVersion), files));
+    if (result.status != 0) {
+        throw ExiftoolError::failed(streamText(result.errors), result.status);
+    }
+}
+
+} // namespace quillmark

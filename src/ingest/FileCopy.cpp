@@ -1,0 +1,248 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "ingest/FileCopy.h"
+
+#include "base/PathText.h"
+#include "base/UniqueFd.h"
+#include "ingest/FileError.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace quillmark {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t permissionBits = 0777;
+
+std::error_code lastError()
+{
+    return {errno, std::generic_category()};
+}
+
+/// Calls again for as long as a signal came in between.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
+/// One copy under way: the names that its failures tell.
+class Copying
+{
+public:
+    Copying(const fs::path &source, const fs::path &destination)
+        : m_source(source), m_destination(destination)
+    {}
+
+    [[noreturn]] void fail(std::error_code reason) const
+    {
+        throw FileError(QStringLiteral("Could not copy “%1” to “%2”")
+                            .arg(pathText(m_source), pathText(m_destination)),
+                        m_source, reason);
+    }
+    [[noreturn]] void fail() const { fail(lastError()); }
+
+    void check(bool succeeded) const
+    {
+        if (!succeeded) {
+            fail();
+        }
+    }
+
+private:
+    const fs::path &m_source;
+    const fs::path &m_destination;
+};
+
+/// A hidden name beside the destination under which the copy comes into being; whatever
+/// stands under it is removed again unless the copy took its place.
+class TemporaryName
+{
+public:
+    explicit TemporaryName(const fs::path &destination)
+        : m_path(destination.parent_path() / (".quillmark-" + std::to_string(::getpid()) + ".tmp"))
+    {
+        discard(); // left by an earlier process of this number
+    }
+    TemporaryName(const TemporaryName &) = delete;
+    TemporaryName &operator=(const TemporaryName &) = delete;
+    ~TemporaryName() { discard(); }
+
+    const fs::path &path() const { return m_path; }
+
+private:
+    void discard() const
+    {
+        std::error_code ignored;
+        fs::remove_all(m_path, ignored);
+    }
+
+    fs::path m_path;
+};
+
+/// Reads and writes until the source ends: the way that works everywhere.
+void copyThroughMemory(int from, int to, const Copying &copying)
+{
+    constexpr std::size_t bufferSize = 1U << 20U;
+    std::vector<char> buffer(bufferSize);
+    for (;;) {
+        const ssize_t got = uninterrupted([&] { return ::read(from, buffer.data(), bufferSize); });
+        copying.check(got >= 0);
+        if (got == 0) {
+            return;
+        }
+        for (ssize_t written = 0; written < got;) {
+            const ssize_t count = uninterrupted([&] {
+                return ::write(to, buffer.data() + written,
+                               static_cast<std::size_t>(got - written));
+            });
+            copying.check(count >= 0);
+            written += count;
+        }
+    }
+}
+
+/// Copies the content: as a clone that shares its blocks, else inside the kernel, else
+/// through memory. Each way takes over where the one before could not start or stopped.
+void copyContent(int from, int to, const Copying &copying)
+{
+    if (::ioctl(to, FICLONE, from) == 0) {
+        return;
+    }
+    constexpr std::size_t chunk = 1U << 30U;
+    for (;;) {
+        const ssize_t count =
+            uninterrupted([&] { return ::copy_file_range(from, nullptr, to, nullptr, chunk, 0); });
+        if (count <= 0) {
+            break;
+        }
+    }
+    // At the end of the source this adds nothing; after a failure it goes on from there,
+    // or meets the same failure (no space, a damaged disk) and tells it.
+    copyThroughMemory(from, to, copying);
+}
+
+/// Some file systems (FAT, network shares) have no permissions or owners to keep: that a
+/// copy cannot have them there is no reason to go without a backup.
+bool succeededOrUnsupported(int result)
+{
+    return result == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS;
+}
+
+/// Permissions and times go last, so that writing does not change them again.
+void copyAttributes(const struct stat &from, int to, const Copying &copying)
+{
+    copying.check(succeededOrUnsupported(::fchmod(to, from.st_mode & permissionBits)));
+    const std::array<timespec, 2> times{from.st_atim, from.st_mtim};
+    copying.check(succeededOrUnsupported(::futimens(to, times.data())));
+}
+
+/// A directory's entries go to disk; file systems that need no such call refuse it.
+bool syncDirectoryHandle(int directory)
+{
+    return ::fsync(directory) == 0 || errno == EINVAL;
+}
+
+void copyFile(int from, const struct stat &status, const fs::path &target, const Copying &copying)
+{
+    constexpr int createNew = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    const UniqueFd to(::open(target.c_str(), createNew, S_IRUSR | S_IWUSR));
+    copying.check(static_cast<bool>(to));
+    copyContent(from, to.get(), copying);
+    copyAttributes(status, to.get(), copying);
+    copying.check(::fsync(to.get()) == 0);
+}
+
+void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying);
+
+void copyDirectory(const fs::path &source, const struct stat &status, const fs::path &target,
+                   const Copying &copying)
+{
+    copying.check(::mkdir(target.c_str(), S_IRWXU) == 0);
+    std::error_code failure;
+    fs::directory_iterator entries(source, failure);
+    while (!failure && entries != fs::directory_iterator()) {
+        const fs::path inner = target / entries->path().filename();
+        if (entries->is_symlink() && fs::is_directory(entries->path(), failure)) {
+            fs::copy_symlink(entries->path(), inner, failure);
+        } else {
+            copyEntry(entries->path(), inner, copying);
+            failure.clear();
+        }
+        if (!failure) {
+            entries.increment(failure);
+        }
+    }
+    if (failure) {
+        copying.fail(failure);
+    }
+    const UniqueFd to(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    copying.check(static_cast<bool>(to));
+    copyAttributes(status, to.get(), copying);
+    copying.check(syncDirectoryHandle(to.get()));
+}
+
+void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying)
+{
+    // Without O_NONBLOCK a pipe that somebody named x.jpg would hold the run for ever.
+    const UniqueFd from(::open(source.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    copying.check(static_cast<bool>(from));
+    struct stat status {};
+    copying.check(::fstat(from.get(), &status) == 0);
+    if (S_ISREG(status.st_mode)) {
+        copyFile(from.get(), status, target, copying);
+    } else if (S_ISDIR(status.st_mode)) {
+        copyDirectory(source, status, target, copying);
+    } else {
+        copying.fail(std::make_error_code(std::errc::not_supported));
+    }
+}
+
+/// Gives the finished copy its place. A rename replaces a file at once, but no directory
+/// and nothing by a directory: these make room first.
+void replace(const fs::path &destination, const fs::path &copy, const Copying &copying)
+{
+    std::error_code ignored;
+    if (fs::is_directory(copy, ignored) ||
+        fs::is_directory(fs::symlink_status(destination, ignored))) {
+        fs::remove_all(destination, ignored);
+    }
+    copying.check(::rename(copy.c_str(), destination.c_str()) == 0);
+}
+
+} // namespace
+
+void copyDurably(const fs::path &source, const fs::path &destination)
+{
+    const Copying copying(source, destination);
+    const TemporaryName temporary(destination);
+    copyEntry(source, temporary.path(), copying);
+    replace(destination, temporary.path(), copying);
+}
+
+void syncDirectory(const fs::path &directory)
+{
+    const UniqueFd handle(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!handle || !syncDirectoryHandle(handle.get())) {
+        throw FileError(QStringLiteral("Could not put “%1” on disk").arg(pathText(directory)),
+                        directory, lastError());
+    }
+}
+
+} // namespace quillmark

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "ingest/Ingestor.h"
+
+#include "base/PathText.h"
+#include "ingest/FileCopy.h"
+#include "ingest/FileError.h"
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace quillmark::Ingestor {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What makes two names one file, however they are spelled or linked.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+template <typename Stat>
+std::optional<FileIdentity> identity(const fs::path &path, Stat stat)
+{
+    struct ::stat status {};
+    if (stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return FileIdentity{status.st_dev, status.st_ino};
+}
+
+/// A source that is itself the destination of a copy would be removed to make room for it.
+/// Such sources come from a recursive listing that meets an output folder of an earlier
+/// run, from links, and from file systems that do not tell letter case apart.
+void refuseSourcesThatAreDestinations(const std::vector<fs::path> &files,
+                                      const fs::path &outputFolder)
+{
+    std::set<FileIdentity> destinations;
+    for (const fs::path &file : files) {
+        // The entry itself, not what it links to: a link is replaced, its target stays.
+        if (const auto entry = identity(outputFolder / file.filename(), ::lstat)) {
+            destinations.insert(*entry);
+        }
+    }
+    for (const fs::path &file : files) {
+        const auto source = identity(file, ::stat);
+        if (source && destinations.contains(*source)) {
+            throw FileError(QStringLiteral("Could not copy “%1” into “%2”, where it already is")
+                                .arg(pathText(file), pathText(outputFolder)),
+                            file, std::make_error_code(std::errc::file_exists));
+        }
+    }
+}
+
+bool liesWithin(const fs::path &path, const fs::path &folder)
+{
+    std::error_code failure;
+    for (fs::path above = fs::canonical(path, failure); !failure; above = above.parent_path()) {
+        if (fs::equivalent(above, folder, failure)) {
+            return true;
+        }
+        if (!above.has_relative_path()) {
+            break;
+        }
+    }
+    return false;
+}
+
+/// A directory (or a link to one) with an image's name may hold the output folder: copying
+/// it there would never end.
+void refuseDirectoriesAroundOutput(const std::vector<fs::path> &files, const fs::path &outputFolder)
+{
+    std::error_code ignored;
+    for (const fs::path &file : files) {
+        if (fs::is_directory(file, ignored) && liesWithin(outputFolder, file)) {
+            throw FileError(QStringLiteral("Could not copy “%1” into itself").arg(pathText(file)),
+                            file, std::make_error_code(std::errc::invalid_argument));
+        }
+    }
+}
+
+std::vector<fs::path> copyInto(const fs::path &outputFolder, const std::vector<fs::path> &files)
+{
+    std::error_code failure;
+    fs::create_directories(outputFolder, failure);
+    if (failure) {
+        throw FileError(
+            QStringLiteral("Could not make the folder “%1”").arg(pathText(outputFolder)),
+            outputFolder, failure);
+    }
+    refuseSourcesThatAreDestinations(files, outputFolder);
+    refuseDirectoriesAroundOutput(files, outputFolder);
+
+    std::vector<fs::path> copies;
+    copies.reserve(files.size());
+    for (const fs::path &file : files) {
+        const fs::path copy = outputFolder / file.filename();
+        copyDurably(file, copy);
+        copies.push_back(copy);
+    }
+    syncDirectory(outputFolder);
+    syncDirectory(outputFolder.parent_path());
+    return copies;
+}
+
+} // namespace
+
+PreparedFiles prepareFiles(const std::vector<fs::path> &files, const fs::path &in, BackupMode mode)
+{
+    switch (mode) {
+    case BackupMode::backupOriginals:
+        return {.mutated = files, .backups = copyInto(in / "_originals", files)};
+    case BackupMode::writeCopies:
+        return {.mutated = copyInto(in / "_tagged", files), .backups = {}};
+    case BackupMode::none:
+        return {.mutated = files, .backups = {}};
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace quillmark::Ingestor
