@@ -19,6 +19,17 @@ struct FinderTriangle {
     double module = 0; ///< mean pixels to one module
     double misfit = 0; ///< 0 is a perfect right-angled isosceles triangle
 
+    /// Brings a triangle found on a copy of 1/factor of the size to the whole picture.
+    void enlarge(int factor)
+    {
+        for (FinderMark *mark : {&corner, &first, &second}) {
+            mark->x *= factor;
+            mark->y *= factor;
+            mark->module *= factor;
+        }
+        module *= factor;
+    }
+
     /// The parallelogram's fourth corner: about where the code's fourth corner is.
     PixelPoint opposite() const
     {
