@@ -19,12 +19,13 @@ struct FinderTriangle {
     double module = 0; ///< mean pixels to one module
     double misfit = 0; ///< 0 is a perfect right-angled isosceles triangle
 
-    /// Brings a triangle found on a copy of 1/factor of the size to the whole picture.
-    void enlarge(int factor)
+    /// Moves the triangle by so many pixels, and then makes it larger by a factor: from a
+    /// picture to a copy of it, or back.
+    void transform(double right, double down, double factor)
     {
         for (FinderMark *mark : {&corner, &first, &second}) {
-            mark->x *= factor;
-            mark->y *= factor;
+            mark->x = (mark->x + right) * factor;
+            mark->y = (mark->y + down) * factor;
             mark->module *= factor;
         }
         module *= factor;

@@ -87,7 +87,7 @@ private:
         const int rowStep = pixelCount(copy) > smallPicture ? 4 : 2;
         const std::vector<FinderMark> marks = scanForFinders(copy, rowStep);
         for (FinderTriangle triangle : findTriangles(marks, mostTriangles)) {
-            triangle.enlarge(scale);
+            triangle.transform(0, 0, scale);
             if (hasCodeTexture(m_frame, triangle)) {
                 add(readRegion(m_frame, triangle));
             }
