@@ -148,7 +148,9 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, TiffShape &s
     shape.layout.kind = *kind;
     shape.planes = separate ? colourChannels(*kind) : 1;
     shape.planeChannels = separate ? 1 : channels;
-    shape.layout.channels = separate ? shape.planes : channels;
+    shape.layout.channels = separate           ? shape.planes
+                            : shape.hasUnits() ? 1 // of which only luma is handed out
+                                               : channels;
     if (channels < colourChannels(*kind)) {
         return false;
     }
