@@ -12,8 +12,6 @@
 namespace quillmark::test {
 namespace {
 
-constexpr int hairPieces = 24;
-
 /// The sum of a hash's eight bytes is close to normal; centred, its deviation is
 /// sqrt(8 (256^2 - 1) / 12), the variance of eight discrete uniform values.
 float normal(std::uint64_t bits)
@@ -76,11 +74,12 @@ void Film::addDirt(int y, std::span<float> tone) const
         if (row < dirt.top || row > dirt.bottom) {
             continue;
         }
-        const bool isSpeck = dirt.x == dirt.endX && dirt.y == dirt.endY;
-        const int pieces = isSpeck ? 0 : hairPieces;
+        const float length = std::hypot(dirt.bendX - dirt.x, dirt.bendY - dirt.y) +
+                             std::hypot(dirt.endX - dirt.bendX, dirt.endY - dirt.bendY);
+        const int pieces = static_cast<int>(std::ceil(length / dirt.radius));
         for (int i = 0; i <= pieces; ++i) {
             // A quadratic Bézier curve, as a string of discs.
-            const float t = pieces == 0 ? 0.0F : static_cast<float>(i) / hairPieces;
+            const float t = pieces == 0 ? 0.0F : static_cast<float>(i) / static_cast<float>(pieces);
             const float s = 1.0F - t;
             const float x = s * s * dirt.x + 2 * s * t * dirt.bendX + t * t * dirt.endX;
             const float away = s * s * dirt.y + 2 * s * t * dirt.bendY + t * t * dirt.endY - row;

@@ -1,0 +1,335 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/FinderScan.h"
+
+#include "detection/TwoThreads.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr int meanReach = 24; // pixels each side: seven modules of seven pixels
+constexpr float leastModule = 1.6F;
+constexpr float largestModule = 9.0F;
+constexpr float leastContrast = 10.0F; // grey levels between the pattern's light and dark
+constexpr std::size_t mostMarks = 4000;
+constexpr std::size_t worthAThread = 500'000; // pixels: about two milliseconds of scanning
+
+/// The row less the mean of its neighbourhood, lightly smoothed against grain.
+void flattenRow(const std::uint8_t *row, int width, std::vector<std::uint32_t> &prefix,
+                std::vector<std::int16_t> &flat)
+{
+    std::uint32_t sum = 0; // may wrap around: only differences count
+    for (int x = 0; x < width; ++x) {
+        prefix[static_cast<std::size_t>(x)] = sum;
+        sum += row[x];
+    }
+    prefix[static_cast<std::size_t>(width)] = sum;
+
+    const auto flattened = [&](int x, int first, int end) {
+        const auto around = static_cast<std::int32_t>(prefix[static_cast<std::size_t>(end)] -
+                                                      prefix[static_cast<std::size_t>(first)]);
+        const int left = row[std::max(x - 1, 0)];
+        const int right = row[std::min(x + 1, width - 1)];
+        return static_cast<std::int16_t>(4 * (left + 2 * row[x] + right) -
+                                         16 * around / (end - first));
+    };
+    const int border = std::min(meanReach, width);
+    for (int x = 0; x < border; ++x) {
+        flat[static_cast<std::size_t>(x)] = flattened(x, 0, std::min(width, x + meanReach + 1));
+    }
+    // The reciprocal lets the middle of the row become vector code.
+    constexpr float share = 16.0F / (2 * meanReach + 1);
+    const std::uint32_t *from = prefix.data();
+    std::int16_t *to = flat.data();
+    for (int x = meanReach; x < width - meanReach; ++x) {
+        const auto around = static_cast<float>(
+            static_cast<std::int32_t>(from[x + meanReach + 1] - from[x - meanReach]));
+        to[x] = static_cast<std::int16_t>(4 * (row[x - 1] + 2 * row[x] + row[x + 1]) -
+                                          static_cast<int>(around * share));
+    }
+    for (int x = std::max(border, width - meanReach); x < width; ++x) {
+        flat[static_cast<std::size_t>(x)] = flattened(x, std::max(0, x - meanReach), width);
+    }
+}
+
+/// Five neighbouring runs' widths, in pixels and parts of them.
+using Runs = std::array<float, 5>;
+
+/// The module width of runs that stand as 1 : 1 : 3 : 1 : 1; spread ink and blur shift
+/// every edge by up to a third of a module.
+std::optional<float> finderModule(const Runs &runs)
+{
+    const float total = runs[0] + runs[1] + runs[2] + runs[3] + runs[4];
+    const float module = total / 7.0F;
+    const float slack = 0.6F * module;
+    const bool fits = std::abs(runs[2] - 3.0F * module) < 1.2F * module &&
+                      std::abs(runs[0] - module) < slack && std::abs(runs[1] - module) < slack &&
+                      std::abs(runs[3] - module) < slack && std::abs(runs[4] - module) < slack;
+    return fits ? std::optional(module) : std::nullopt;
+}
+
+/// A line of pixels in a picture, in either direction, read from a middle outwards.
+class Line
+{
+public:
+    Line(const LumaView &picture, int x, int y, std::ptrdiff_t step, int before, int after)
+        : m_middle(picture.row(y) + x), m_step(step), m_before(before), m_after(after)
+    {}
+
+    int at(int offset) const { return m_middle[m_step * offset]; }
+    bool has(int offset) const { return offset >= -m_before && offset <= m_after; }
+
+    /// Where the line crosses the threshold for the first, second and third time, going
+    /// from the middle in one direction: the distances, or nothing where it ends before.
+    std::optional<std::array<float, 3>> crossings(int direction, float threshold,
+                                                  float farthest) const
+    {
+        std::array<float, 3> found{};
+        std::size_t count = 0;
+        float previous = static_cast<float>(at(0)) - threshold;
+        const int limit = static_cast<int>(farthest);
+        for (int i = 1; i <= limit && has(i * direction); ++i) {
+            const float here = static_cast<float>(at(i * direction)) - threshold;
+            if ((here < 0) != (previous < 0)) {
+                found[count++] = static_cast<float>(i) - here / (here - previous);
+                if (count == found.size()) {
+                    return found;
+                }
+            }
+            previous = here;
+        }
+        return std::nullopt;
+    }
+
+private:
+    const std::uint8_t *m_middle;
+    std::ptrdiff_t m_step;
+    int m_before;
+    int m_after;
+};
+
+struct Crossing {
+    float offset; ///< of the pattern's middle from where the line was entered
+    float module;
+};
+
+std::optional<Crossing> crossFinder(const Line &line, bool isDark, float threshold, float module)
+{
+    if ((static_cast<float>(line.at(0)) < threshold) != isDark) {
+        return std::nullopt;
+    }
+    const auto back = line.crossings(-1, threshold, 6.5F * module);
+    const auto forth = back ? line.crossings(1, threshold, 6.5F * module) : std::nullopt;
+    if (!forth) {
+        return std::nullopt;
+    }
+    const Runs runs{(*back)[2] - (*back)[1], (*back)[1] - (*back)[0], (*back)[0] + (*forth)[0],
+                    (*forth)[1] - (*forth)[0], (*forth)[2] - (*forth)[1]};
+    const std::optional<float> found = finderModule(runs);
+    if (!found || *found > 1.7F * module || module > 1.7F * *found) {
+        return std::nullopt;
+    }
+    return Crossing{((*forth)[0] - (*back)[0]) / 2.0F, *found};
+}
+
+/// Collects the marks of a scan, joining those of neighbouring rows.
+class Marks
+{
+public:
+    void add(const FinderMark &mark)
+    {
+        // Newest first: rows come in order, so a match is near the end.
+        const std::size_t oldest = m_marks.size() > lookBack ? m_marks.size() - lookBack : 0;
+        for (std::size_t i = m_marks.size(); i-- > oldest;) {
+            FinderMark &known = m_marks[i];
+            const double near = 1.5 * known.module;
+            if (known.isDark == mark.isDark && std::abs(known.x - mark.x) < near &&
+                std::abs(known.y - mark.y) < near && mark.module < 1.5 * known.module &&
+                known.module < 1.5 * mark.module) {
+                known.hits += mark.hits;
+                known.diagonals = std::max(known.diagonals, mark.diagonals);
+                const double share = static_cast<double>(mark.hits) / known.hits;
+                known.x += (mark.x - known.x) * share;
+                known.y += (mark.y - known.y) * share;
+                known.module += (mark.module - known.module) * share;
+                return;
+            }
+        }
+        if (m_marks.size() < mostMarks) {
+            m_marks.push_back(mark);
+        }
+    }
+
+    std::vector<FinderMark> take() { return std::move(m_marks); }
+
+private:
+    static constexpr std::size_t lookBack = 200;
+
+    std::vector<FinderMark> m_marks;
+};
+
+/// Follows the runs of one row as they end, and checks each five that fit.
+class RowScan
+{
+public:
+    RowScan(const LumaView &picture, int y, Marks &marks)
+        : m_picture(picture), m_y(y), m_marks(marks)
+    {}
+
+    /// `flat` is the row's distance from its threshold; `edges` is room for width numbers.
+    void scan(const std::vector<std::int16_t> &flat, std::vector<int> &edges)
+    {
+        // Where the row crosses its threshold, without a branch: in grain every second
+        // pixel does, and no processor foresees which.
+        int *end = edges.data();
+        for (int x = 1; x < m_picture.width; ++x) {
+            *end = x;
+            end += (flat[static_cast<std::size_t>(x - 1)] ^ flat[static_cast<std::size_t>(x)]) < 0;
+        }
+        for (const int *first = edges.data(); end - first >= 6; ++first) {
+            if (roughlyFits(first)) {
+                refine(first, flat);
+            }
+        }
+    }
+
+private:
+    /// finderModule() in whole pixels, where each run may be one pixel off.
+    static bool roughlyFits(const int *edges)
+    {
+        const int total = edges[5] - edges[0];
+        const int middle = edges[3] - edges[2];
+        const bool sizeFits = (total >= 10) & (total <= 66) & (middle >= 2);
+        const int slack = total * 6 / 10 + 9;
+        return sizeFits && std::abs(7 * middle - 3 * total) <= 2 * slack &&
+               std::abs(7 * (edges[1] - edges[0]) - total) <= slack &&
+               std::abs(7 * (edges[2] - edges[1]) - total) <= slack &&
+               std::abs(7 * (edges[4] - edges[3]) - total) <= slack &&
+               std::abs(7 * (edges[5] - edges[4]) - total) <= slack;
+    }
+
+    void refine(const int *edges, const std::vector<std::int16_t> &flat)
+    {
+        for (std::size_t i = 0; i < m_edges.size(); ++i) {
+            const auto x = static_cast<std::size_t>(edges[i]);
+            const auto rise = static_cast<float>(flat[x]);
+            m_edges[i] = static_cast<float>(x) - rise / (rise - static_cast<float>(flat[x - 1]));
+        }
+        const Runs runs{m_edges[1] - m_edges[0], m_edges[2] - m_edges[1], m_edges[3] - m_edges[2],
+                        m_edges[4] - m_edges[3], m_edges[5] - m_edges[4]};
+        const std::optional<float> module = finderModule(runs);
+        if (module && *module >= leastModule && *module <= largestModule) {
+            check(runs, flat[static_cast<std::size_t>(edges[2])] < 0, *module);
+        }
+    }
+
+    void check(const Runs &runs, bool isDark, float module)
+    {
+        const auto levelAt = [this](float position) {
+            const int x = std::clamp(static_cast<int>(position + 0.5F), 0, m_picture.width - 1);
+            return static_cast<float>(m_picture.row(m_y)[x]);
+        };
+        const float middle = m_edges[2] + runs[2] / 2.0F;
+        const float inner = levelAt(middle);
+        const float ring =
+            (levelAt(m_edges[1] + runs[1] / 2.0F) + levelAt(m_edges[3] + runs[3] / 2.0F)) / 2.0F;
+        if ((isDark ? ring - inner : inner - ring) < leastContrast) {
+            return;
+        }
+        const float threshold = (inner + ring) / 2.0F;
+        const int x = static_cast<int>(middle + 0.5F);
+        const Line column(m_picture, x, m_y, m_picture.stride, m_y, m_picture.height - 1 - m_y);
+        const std::optional<Crossing> down = crossFinder(column, isDark, threshold, module);
+        if (!down) {
+            return;
+        }
+        // Back across, through the middle that the column gave.
+        const int y = m_y + static_cast<int>(std::lround(down->offset));
+        const Line row(m_picture, x, y, 1, x, m_picture.width - 1 - x);
+        const std::optional<Crossing> across = crossFinder(row, isDark, threshold, down->module);
+        if (!across) {
+            return;
+        }
+        const int diagonals = diagonalCrossings(x, y, isDark, threshold, across->module);
+        if (diagonals == 0) {
+            return;
+        }
+        m_marks.add({x + 0.5 + across->offset, m_y + 0.5 + down->offset,
+                     (across->module + down->module) / 2.0, isDark, 1, diagonals});
+    }
+
+    /// Lines through the middle of squares in squares meet them in the same proportion in
+    /// every direction; grain seldom does so in four.
+    int diagonalCrossings(int x, int y, bool isDark, float threshold, float module) const
+    {
+        const int up = y;
+        const int down = m_picture.height - 1 - y;
+        const int left = x;
+        const int right = m_picture.width - 1 - x;
+        const Line falling(m_picture, x, y, m_picture.stride + 1, std::min(up, left),
+                           std::min(down, right));
+        const Line rising(m_picture, x, y, m_picture.stride - 1, std::min(up, right),
+                          std::min(down, left));
+        // A step along a diagonal is longer than a pixel.
+        const float steps = module * 0.85F;
+        return (crossFinder(falling, isDark, threshold, steps) ? 1 : 0) +
+               (crossFinder(rising, isDark, threshold, steps) ? 1 : 0);
+    }
+
+    const LumaView &m_picture;
+    int m_y;
+    Marks &m_marks;
+    std::array<float, 6> m_edges{};
+};
+
+/// Scans the rows from the first one to before the end.
+std::vector<FinderMark> scanRows(const LumaView &picture, int first, int end, int rowStep)
+{
+    const auto width = static_cast<std::size_t>(picture.width);
+    std::vector<std::uint32_t> prefix(width + 1);
+    std::vector<std::int16_t> flat(width);
+    std::vector<int> edges(width);
+    Marks marks;
+    for (int y = first; y < end; y += rowStep) {
+        flattenRow(picture.row(y), picture.width, prefix, flat);
+        RowScan(picture, y, marks).scan(flat, edges);
+    }
+    return marks.take();
+}
+
+} // namespace
+
+std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep)
+{
+    if (picture.isEmpty() || picture.width < 2) {
+        return {};
+    }
+    const int first = rowStep / 2;
+    const int middle = first + picture.height / (2 * rowStep) * rowStep;
+    const auto upper = [&] { return scanRows(picture, first, middle, rowStep); };
+    const auto lower = [&] { return scanRows(picture, middle, picture.height, rowStep); };
+    const auto scanned = static_cast<std::size_t>(picture.width) *
+                         static_cast<std::size_t>(picture.height / rowStep);
+    const auto [above, below] =
+        scanned < worthAThread ? std::pair(upper(), lower()) : runBoth(upper, lower);
+
+    Marks marks;
+    for (const std::vector<FinderMark> &half : {std::cref(above), std::cref(below)}) {
+        for (const FinderMark &mark : half) {
+            marks.add(mark);
+        }
+    }
+    return marks.take();
+}
+
+} // namespace quillmark

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/FinderScan.h"
+#include "detection/QrSymbol.h"
+
+#include <span>
+#include <vector>
+
+namespace quillmark {
+
+/// Three finder marks that can belong to one code.
+struct FinderTriangle {
+    FinderMark corner; ///< the one between the other two: the code's top left
+    FinderMark first;  ///< the two at the ends of its sides; mirrored codes are not told
+    FinderMark second; ///< apart here, so either may be the top right
+    double module = 0; ///< mean pixels to one module
+    double misfit = 0; ///< 0 is a perfect right-angled isosceles triangle
+
+    /// The parallelogram's fourth corner: about where the code's fourth corner is.
+    PixelPoint opposite() const
+    {
+        return {first.x + second.x - corner.x, first.y + second.y - corner.y};
+    }
+};
+
+/// Triangles of marks of one polarity and of like size, as far apart as the sides of a
+/// code of 21 to 177 modules, best first, at most `most` of them; of several triangles
+/// in one place only the best. Never more than the 80 marks of most hits in each polarity
+/// are tried. Any thread.
+std::vector<FinderTriangle> findTriangles(std::span<const FinderMark> marks, std::size_t most);
+
+} // namespace quillmark

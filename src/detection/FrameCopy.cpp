@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/FrameCopy.h"
+
+#include "detection/Sharpen.h"
+#include "detection/SymbolCheck.h"
+#include "detection/TwoThreads.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <exception>
+#include <iterator>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t worthAThread = 300'000; // pixels: about a millisecond of reading
+
+std::vector<QrSymbol> readDarkOnLight(const LumaView &picture, QrEffort effort)
+{
+    std::vector<QrSymbol> symbols = decodeQrSymbols(picture, effort);
+    std::erase_if(symbols, [&picture](const QrSymbol &symbol) {
+        return !symbol.text && !looksLikeQrSymbol(picture, symbol.corners);
+    });
+    return symbols;
+}
+
+std::vector<QrSymbol> readLightOnDark(LumaImage image, QrEffort effort)
+{
+    invert(image);
+    return readDarkOnLight(image, effort);
+}
+
+std::vector<QrSymbol> readBoth(const LumaImage &image, QrEffort effort)
+{
+    const auto asItIs = [&] { return readDarkOnLight(image, effort); };
+    const auto inverted = [&] { return readLightOnDark(image, effort); };
+    auto [symbols, negatives] = image.pixels.size() < worthAThread ? std::pair(asItIs(), inverted())
+                                                                   : runBoth(asItIs, inverted);
+    std::ranges::move(negatives, std::back_inserter(symbols));
+    return symbols;
+}
+
+std::vector<QrSymbol> readImage(LumaImage image, Polarity polarity, QrEffort effort)
+{
+    switch (polarity) {
+    case Polarity::darkOnLight:
+        return readDarkOnLight(image, effort);
+    case Polarity::lightOnDark:
+        return readLightOnDark(std::move(image), effort);
+    case Polarity::both:
+        return readBoth(image, effort);
+    }
+    return {};
+}
+
+} // namespace
+
+std::vector<QrSymbol> readCopy(FrameCopy copy, Polarity polarity, QrEffort effort) noexcept
+try {
+    std::vector<QrSymbol> symbols = readImage(std::move(copy.image), polarity, effort);
+    for (QrSymbol &symbol : symbols) {
+        for (PixelPoint &corner : symbol.corners) {
+            corner = {copy.left + corner.x * copy.scale, copy.top + corner.y * copy.scale};
+        }
+    }
+    return symbols;
+} catch (const std::exception &) {
+    // Out of memory or of threads.
+    return {};
+}
+
+} // namespace quillmark

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/LumaView.h"
+#include "detection/QrSymbol.h"
+
+#include <vector>
+
+namespace quillmark {
+
+/// How much work one look of the decoder is.
+enum class QrEffort {
+    quick,    ///< lines that a code of many rows cannot slip between
+    thorough, ///< every third line
+};
+
+/// Reads the QR codes that are dark on light in a picture, upright, turned or mirrored,
+/// whose modules are about 2 to 15 pixels wide. Codes that were located but not understood
+/// come without text; most of these are no codes at all, see looksLikeQrSymbol.
+/// Gives nothing where the picture is too small to hold a code or memory is short; never
+/// throws. Takes one byte a pixel more than the picture. Blocks; any thread.
+std::vector<QrSymbol> decodeQrSymbols(const LumaView &picture, QrEffort effort) noexcept;
+
+} // namespace quillmark

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/QrSymbol.h"
+
+#include <vector>
+
+namespace quillmark {
+
+/// The codes found on a frame so far, in the order found, each once. Corners are in pixels
+/// of the frame.
+class SymbolList
+{
+public:
+    /// Takes a symbol in, unless it stands in the place of one that is known: then it only
+    /// gives that one its text where it had none.
+    void add(QrSymbol symbol);
+
+    /// Whether a text was read that can be a JSON object: nothing else is a slate.
+    bool hasObjectText() const;
+
+    std::vector<std::optional<QString>> texts() const;
+
+private:
+    std::vector<QrSymbol> m_symbols;
+};
+
+} // namespace quillmark
