@@ -24,16 +24,26 @@ void FileChooser::open()
         return;
     }
     m_dialog = makeDialog();
-    connect(m_dialog, &QFileDialog::urlSelected, this, &FileChooser::chosen);
+    // Not urlSelected(): only the desktop's own choosers say that.
+    connect(m_dialog, &QFileDialog::accepted, this, &FileChooser::takeChoice);
     m_dialog->winId(); // makes the window, which can then be told whom it belongs to
     m_dialog->windowHandle()->setTransientParent(m_parentWindow);
     m_dialog->open();
+}
+
+void FileChooser::takeChoice()
+{
+    const QList<QUrl> locations = m_dialog->selectedUrls();
+    if (!locations.isEmpty()) {
+        Q_EMIT chosen(locations.first());
+    }
 }
 
 QFileDialog *FileChooser::makeDialog() const
 {
     auto *dialog = new QFileDialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(QStringLiteral("Quillmark"));
     dialog->setPalette(Theme::widgetPalette());
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     if (m_kind == Folder) {

@@ -21,4 +21,5 @@ Text {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: root.text
+    Accessible.focusable: false
 }
