@@ -25,16 +25,17 @@ void FileChooser::open()
     }
     m_dialog = makeDialog();
     // Not urlSelected(): only the desktop's own choosers say that.
-    connect(m_dialog, &QFileDialog::accepted, this, &FileChooser::takeChoice);
+    connect(m_dialog, &QFileDialog::finished, this, &FileChooser::takeChoice);
     m_dialog->winId(); // makes the window, which can then be told whom it belongs to
     m_dialog->windowHandle()->setTransientParent(m_parentWindow);
     m_dialog->open();
 }
 
-void FileChooser::takeChoice()
+void FileChooser::takeChoice(int result)
 {
     const QList<QUrl> locations = m_dialog->selectedUrls();
-    if (!locations.isEmpty()) {
+    m_dialog = nullptr; // it is over, even if it is deleted only later
+    if (result == QFileDialog::Accepted && !locations.isEmpty()) {
         Q_EMIT chosen(locations.first());
     }
 }
