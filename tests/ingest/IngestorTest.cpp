@@ -11,9 +11,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <chrono>
+#include <csignal>
 #include <stdexcept>
 
 namespace quillmark {
@@ -274,6 +276,46 @@ TEST(Ingestor, aMissingSourceFailsAndEarlierCopiesStay)
     EXPECT_TRUE(error.description().contains(QStringLiteral("gone.jpg")));
     EXPECT_EQ(describe(std::make_exception_ptr(error)), error.description());
     EXPECT_THAT(contents(roll / "_originals"), ElementsAre("a.jpg"));
+}
+
+/// Lets no file of this process grow beyond a size while it lives: writing fails as on a
+/// full disk, only with another message.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+TEST(Ingestor, aCopyThatFailsHalfWayLeavesTheEarlierBackupAndNothingElse)
+{
+    const TempDir roll;
+    const fs::path file = roll.write("a.jpg", std::string(100'000, 'a'));
+    roll.write("_originals/a.jpg", "true backup");
+    {
+        const FileSizeLimit limit(50'000);
+        const FileError error = failureOf({file}, roll.path(), BackupMode::backupOriginals);
+        EXPECT_EQ(error.code(), std::errc::file_too_large);
+        EXPECT_TRUE(error.description().contains(pathText(file)));
+    }
+    EXPECT_EQ(readFile(roll / "_originals" / "a.jpg"), "true backup");
+    EXPECT_THAT(contents(roll / "_originals"), ElementsAre("a.jpg"));
+    EXPECT_NO_THROW(Ingestor::prepareFiles({file}, roll.path(), BackupMode::backupOriginals));
 }
 
 TEST(Ingestor, aFileInPlaceOfTheOutputFolderFails)

@@ -44,7 +44,7 @@ public:
     /// Writes a file, making the folders above it, and gives its path.
     std::filesystem::path write(const std::filesystem::path &name, std::string_view content) const
     {
-        const std::filesystem::path file = m_path / name;
+        std::filesystem::path file = m_path / name;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream out(file, std::ios::binary | std::ios::trunc);
         out.write(content.data(), static_cast<std::streamsize>(content.size()));

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace quillmark::bench {
+
+/// The milliseconds that a call takes.
+template <typename Call>
+double milliseconds(Call call)
+{
+    const auto start = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
+inline double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// A thing and its floor, timed in turns so that both meet the same moods of the machine.
+struct Comparison {
+    double subject; ///< median milliseconds
+    double floor;   ///< median milliseconds
+    double ratio;   ///< median of the pairs' ratios
+};
+
+template <typename Subject, typename Floor>
+Comparison compareInTurns(int pairs, Subject subject, Floor floor)
+{
+    std::vector<double> subjects;
+    std::vector<double> floors;
+    std::vector<double> ratios;
+    for (int pair = 0; pair < pairs; ++pair) {
+        floors.push_back(milliseconds(floor));
+        subjects.push_back(milliseconds(subject));
+        ratios.push_back(subjects.back() / floors.back());
+    }
+    return {median(subjects), median(floors), median(ratios)};
+}
+
+/// The most memory that this process has had in use, in MB (10^6 bytes); from /proc/self/status.
+inline double peakMegabytes()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        if (word == "VmHWM:") {
+            double kibibytes = 0;
+            status >> kibibytes;
+            return kibibytes * 1024 / 1e6;
+        }
+    }
+    return 0;
+}
+
+} // namespace quillmark::bench

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+// What looking for a slate on one frame costs. Prints one JSON object.
+//   bench-scan time JPEG PAIRS   beside libjpeg-turbo's decoding of its luma alone
+//   bench-scan memory FILE       the peak of this process after one look
+
+#include "bench/Measure.h"
+#include "detection/SlateDetector.h"
+#include "support/Await.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+// Needs stdio's types before it.
+#include <jpeglib.h>
+
+namespace quillmark {
+namespace {
+
+/// libjpeg-turbo's plainest way from a file in memory to grey rows in one buffer.
+void decodeLuma(const std::string &file, std::vector<unsigned char> &pixels)
+{
+    jpeg_decompress_struct decoder{};
+    jpeg_error_mgr errors{};
+    decoder.err = jpeg_std_error(&errors);
+    jpeg_create_decompress(&decoder);
+    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char *>(file.data()), file.size());
+    jpeg_read_header(&decoder, TRUE);
+    decoder.out_color_space = JCS_GRAYSCALE;
+    jpeg_start_decompress(&decoder);
+    pixels.resize(static_cast<std::size_t>(decoder.output_width) * decoder.output_height);
+    while (decoder.output_scanline < decoder.output_height) {
+        JSAMPROW row =
+            &pixels[static_cast<std::size_t>(decoder.output_scanline) * decoder.output_width];
+        jpeg_read_scanlines(&decoder, &row, 1);
+    }
+    jpeg_finish_decompress(&decoder);
+    jpeg_destroy_decompress(&decoder);
+}
+
+void look(const std::filesystem::path &file)
+{
+    test::await(SlateDetector::detect(file));
+}
+
+void printTime(const std::filesystem::path &file, int pairs)
+{
+    std::ifstream in(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::vector<unsigned char> pixels;
+    const bench::Comparison result = bench::compareInTurns(
+        pairs, [&file] { look(file); }, [&] { decodeLuma(bytes, pixels); });
+    std::printf("{\"detect_ms\": %.1f, \"luma_ms\": %.1f, \"ratio\": %.2f}\n", result.subject,
+                result.floor, result.ratio);
+}
+
+void printMemory(const std::filesystem::path &file)
+{
+    look(file);
+    std::printf("{\"peak_mb\": %.1f}\n", bench::peakMegabytes());
+}
+
+} // namespace
+} // namespace quillmark
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    try {
+        if (argc == 4 && std::strcmp(argv[1], "time") == 0) {
+            quillmark::printTime(argv[2], std::atoi(argv[3]));
+            return EXIT_SUCCESS;
+        }
+        if (argc == 3 && std::strcmp(argv[1], "memory") == 0) {
+            quillmark::printMemory(argv[2]);
+            return EXIT_SUCCESS;
+        }
+        std::fputs("usage: bench-scan time JPEG PAIRS | memory FILE\n", stderr);
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "bench-scan: %s\n", failure.what());
+    }
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,147 @@
+# SPDX-FileCopyrightText: 2026 Quillmark authors
+# SPDX-License-Identifier: MIT
+"""Prints the program's figures beside their floors, as a table and as JSON.
+
+usage: bench.py BUILD_FOLDER [FIGURE...]
+"""
+
+import json
+import os
+import pathlib
+import re
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+PAIRS = 7
+FRAME = {"width": 6000, "height": 4000}  # 24 megapixels
+
+
+class Bench:
+    def __init__(self, build):
+        self.bin = pathlib.Path(build).resolve() / "bin"
+        self.results = pathlib.Path(build).resolve() / "bench.json"
+        self.rows = []
+
+    def tool(self, *arguments):
+        """Runs a program of the build and gives the JSON that it prints."""
+        command = [str(self.bin / arguments[0]), *map(str, arguments[1:])]
+        return json.loads(subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout)
+
+    def roll(self, folder, frames, megapixels=None, form="jpeg", **options):
+        size = {"megapixels": megapixels} if megapixels else FRAME
+        arguments = {"frames": frames, "slate-at": 0, "format": form, "seed": 1, **size, **options}
+        command = [str(self.bin / "sample-roll")]
+        for name, value in arguments.items():
+            command += [f"--{name}", str(value)]
+        subprocess.run([*command, str(folder)], check=True, stdout=subprocess.DEVNULL)
+        return sorted(pathlib.Path(folder).iterdir())
+
+    def add(self, what, measured, floor, figure, limit, unit="x"):
+        self.rows.append(
+            {"what": what, "measured": measured, "floor": floor, "figure": round(figure, 3),
+             "limit": round(limit, 3), "unit": unit, "met": figure <= limit})
+        mark = "ok  " if figure <= limit else "OVER"
+        print(f"{mark} {what:<48} {measured:>12}  floor {floor:>12}  "
+              f"{figure:8.2f} {unit:<2}  at most {limit:.2f}", flush=True)
+
+    def frame(self):
+        """One frame without a code against the decoding of its luma."""
+        with tempfile.TemporaryDirectory() as folder:
+            [frame] = self.roll(folder, 1)
+            got = self.tool("bench-scan", "time", frame, PAIRS)
+        self.add("frame without a code, 24 MP JPEG", f"{got['detect_ms']:.0f} ms",
+                 f"{got['luma_ms']:.0f} ms", got["ratio"], 2.0)
+
+    def memory(self):
+        """The peak of a scan against what the frame itself takes."""
+        for form, megapixels in (("jpeg", 24), ("tiff16", 24), ("jpeg", 100), ("tiff16", 100)):
+            with tempfile.TemporaryDirectory() as folder:
+                [frame] = self.roll(folder, 1, megapixels, form)
+                got = self.tool("bench-scan", "memory", frame)
+            self.add(f"peak memory of a scan, {megapixels} MP {form}", f"{got['peak_mb']:.0f} MB",
+                     f"{megapixels} MB", got["peak_mb"], 80 + 1.5 * megapixels, "MB")
+
+    def run(self):
+        """A whole run without backups against the bare exiftool."""
+        with tempfile.TemporaryDirectory() as folder:
+            self.roll(folder, 36)
+            got = self.tool("bench-run", folder, 5)
+        self.add(f"run over {got['files']} frames of 24 MP, no backups", f"{got['run_ms']:.0f} ms",
+                 f"{got['exiftool_ms']:.0f} ms", got["ratio"], 1.05)
+
+    def start(self):
+        """The window's first frame against that of an empty QML window."""
+        with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
+            environment = {**os.environ, "DISPLAY": display.name, "XDG_CONFIG_HOME": home,
+                           "QT_QPA_PLATFORM": "xcb",
+                           "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop=true"}
+            ours, empty = self.bin / "quillmark", self.bin / "bench-empty-window"
+            for program in (ours, empty):  # caches warm
+                first_frame(program, environment)
+            pairs = [(first_frame(ours, environment), first_frame(empty, environment))
+                     for _ in range(3 * PAIRS)]
+        for index, (what, unit, limit) in enumerate(
+                (("start to first frame", "ms", 1.5), ("memory at first frame", "MB", 1.5))):
+            measured = [(one[index], other[index]) for one, other in pairs]
+            self.add(what, f"{statistics.median(one for one, _ in measured):.0f} {unit}",
+                     f"{statistics.median(other for _, other in measured):.0f} {unit}",
+                     statistics.median(one / other for one, other in measured), limit)
+
+    def finish(self):
+        self.results.write_text(json.dumps(self.rows, indent=2) + "\n", encoding="utf-8")
+        met = sum(row["met"] for row in self.rows)
+        print(f"{met} of {len(self.rows)} figures met; written to {self.results.name}")
+
+
+class VirtualDisplay:
+    def __enter__(self):
+        read, write = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1600x1200x24", "-nolisten", "tcp"],
+            pass_fds=(write,), stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read, encoding="ascii") as answer:
+            self.name = f":{answer.readline().strip()}"
+        return self
+
+    def __exit__(self, *_):
+        self.server.terminate()
+        self.server.wait()
+
+
+def first_frame(program, environment):
+    """Milliseconds from the process' start to its first frame, and MB resident then.
+
+    Qt's own render timing tells of each frame; the first that was swapped is taken.
+    """
+    started = time.monotonic()
+    process = subprocess.Popen([program], env=environment, stderr=subprocess.PIPE,
+                               stdout=subprocess.DEVNULL)
+    try:
+        for line in process.stderr:
+            if b"rendered" in line or b"swap" in line:
+                elapsed = (time.monotonic() - started) * 1000
+                status = pathlib.Path(f"/proc/{process.pid}/status").read_text(encoding="ascii")
+                resident = int(re.search(r"VmRSS:\s+(\d+)", status).group(1)) * 1024 / 1e6
+                return elapsed, resident
+    finally:
+        process.kill()
+        process.wait()
+    raise RuntimeError(f"{program.name} ended without a frame")
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    bench = Bench(sys.argv[1])
+    figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start}
+    for name in sys.argv[2:] or figures:
+        figures[name]()
+    bench.finish()
+
+
+if __name__ == "__main__":
+    main()
