@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "embedding/ResourceBundle.h"
+
+#include <QApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+#include <QThreadPool>
+#include <QUrl>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
+
+namespace {
+
+/// Flat colour and text need no graphics card: the software renderer starts faster and holds
+/// a third of the memory. Whoever asks for another one through the environment gets it.
+void chooseRenderer()
+{
+    for (const char *variable : {"QT_QUICK_BACKEND", "QMLSCENE_DEVICE", "QSG_RHI_BACKEND"}) {
+        if (qEnvironmentVariableIsSet(variable)) {
+            return;
+        }
+    }
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+/// The configuration that exiftool needs stands in the resource bundle: without it nothing
+/// can be written, and nobody is to find that out after having dropped a roll.
+bool hasResources()
+{
+    using namespace quillmark;
+    const ResourceBundle::Places places = ResourceBundle::ownPlaces();
+    if (ResourceBundle::find(places)) {
+        return true;
+    }
+    std::fprintf(stderr, "%s\n", qUtf8Printable(ResourceBundle::missingText(places)));
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (!hasResources()) {
+        return EXIT_FAILURE;
+    }
+    chooseRenderer();
+    // Widgets only for the file chooser; they cost next to nothing until it opens.
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quillmark"));
+    QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
+    // The window decides: a run that is writing outlives it.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+    if (engine.rootObjects().isEmpty()) {
+        return EXIT_FAILURE;
+    }
+    const int status = QApplication::exec();
+
+    // The application's destructor waits for the global thread pool, and a scan cannot be
+    // cancelled: it would keep a process without a window alive for as long as the folder
+    // takes. It only reads, so the process may end under it. Runs that write are over here.
+    if (QThreadPool::globalInstance()->activeThreadCount() > 0) {
+        std::quick_exit(status);
+    }
+    return status;
+}

@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmark
+
+StyledText {
+    style: Theme.font.body
+    wrapMode: Text.Wrap
+}

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmark
+
+/// The idle screen: takes a folder by drag and drop or from a chooser.
+Item {
+    id: root
+
+    readonly property alias hovered: drop.containsDrag
+
+    signal picked(url folder)
+
+    Rectangle {
+        anchors.fill: parent
+        color: root.hovered ? Theme.color.surfaceContainer : Theme.color.surfaceContainerLow
+        border.width: root.hovered ? 2 : 1
+        border.color: root.hovered ? Theme.color.primary : Theme.color.outlineVariant
+    }
+
+    Column {
+        anchors.centerIn: parent
+        width: parent.width
+        spacing: 24
+
+        StepText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "01 / INGEST A ROLL"
+            color: Theme.color.primary
+        }
+        HeadlineText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "DROP A FOLDER\nOF SCANS"
+            horizontalAlignment: Text.AlignHCenter
+            lineHeightMode: Text.FixedHeight
+            lineHeight: metrics.lineSpacing + 2
+
+            FontMetrics {
+                id: metrics
+                font: Theme.font.headline
+            }
+        }
+        BodyText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Quillmark finds the slate frame, decodes the QR, and embeds the\n"
+                  + "metadata directly into every image \u2014 EXIF, IPTC, and XMP."
+            color: Theme.color.onSurfaceVariant
+            horizontalAlignment: Text.AlignHCenter
+        }
+        FilledButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "CHOOSE FOLDER"
+            horizontalPadding: 32
+            verticalPadding: 16
+            onClicked: chooser.open()
+        }
+    }
+
+    DropArea {
+        id: drop
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onEntered: drag => drag.accepted = root.takes(drag.urls)
+        onDropped: drop => {
+            if (root.takes(drop.urls)) {
+                // A copy whatever the file browser proposes: nothing is to vanish there.
+                drop.accept(Qt.CopyAction);
+                root.picked(drop.urls[0]);
+            }
+        }
+    }
+
+    FileChooser {
+        id: chooser
+        kind: FileChooser.Folder
+        acceptLabel: "Ingest"
+        parentWindow: root.Window.window
+        onChosen: location => root.picked(location)
+    }
+
+    function takes(urls: list<url>): bool {
+        return urls.length > 0 && urls[0].toString().startsWith("file:");
+    }
+}

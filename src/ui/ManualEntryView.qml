@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Quillmark
+
+/// The form for a roll whose slate could not be read.
+ColumnLayout {
+    id: root
+
+    required property string folderName
+    required property url folder
+    /// The frame that the user picked as the slate; empty for none.
+    required property url initialSlateImage
+    property url slateImage: root.initialSlateImage
+
+    signal cancelled
+    signal submitted(ManualEntryForm form)
+
+    spacing: 24
+
+    Component.onCompleted: form.prefillFromLastUsed()
+
+    ManualEntryForm {
+        id: form
+    }
+    FileNameText {
+        id: slateName
+        file: root.slateImage
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: 6
+
+        StepText {
+            text: "02 / MANUAL ENTRY"
+            color: Theme.color.secondary
+        }
+        TitleText {
+            Layout.fillWidth: true
+            text: root.folderName
+        }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Layout.minimumHeight: 0
+        spacing: 24
+
+        ManualEntryFields {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            form: form
+        }
+        SlatePhotoPane {
+            Layout.preferredWidth: 360
+            Layout.maximumWidth: 360
+            Layout.fillHeight: true
+            slateName: slateName.text
+            onPickRequested: chooser.open()
+        }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: 16
+
+        OutlinedButton {
+            text: "CANCEL"
+            textColor: Theme.color.onSurfaceVariant
+            onClicked: root.cancelled()
+        }
+        Item {
+            Layout.fillWidth: true
+        }
+        FilledButton {
+            text: "EMBED METADATA  \u2192"
+            enabled: form.isValid
+            onClicked: root.submitted(form)
+        }
+    }
+
+    FileChooser {
+        id: chooser
+        kind: FileChooser.Picture
+        acceptLabel: "Use as slate"
+        startFolder: root.folder
+        parentWindow: root.Window.window
+        onChosen: location => root.slateImage = location
+    }
+}

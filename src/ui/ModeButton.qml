@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmark
+
+/// One of the choices of a segmented strip.
+PlainButton {
+    id: root
+
+    required property bool selected
+
+    tracking: 2.5
+    horizontalPadding: 14
+    verticalPadding: 10
+    wrapMode: Text.WordWrap
+    textColor: root.selected ? Theme.color.background : Theme.color.onSurface
+    // A focused button's frame lies over its neighbours.
+    z: root.activeFocus ? 1 : 0
+
+    Accessible.role: Accessible.RadioButton
+    Accessible.checkable: true
+    Accessible.checked: root.selected
+    Accessible.onToggleAction: root.press()
+
+    Rectangle {
+        anchors.fill: parent
+        z: -1
+        color: root.selected ? Theme.color.primary : Theme.color.surfaceContainer
+    }
+}

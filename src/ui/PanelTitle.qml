@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import Quillmark
+
+StyledText {
+    style: Theme.font.label
+    tracking: 3.0
+    color: Theme.color.primary
+}

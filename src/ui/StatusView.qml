@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Quillmark
+
+/// Something is under way, and can only be waited for.
+ColumnLayout {
+    id: root
+
+    required property string eyebrow
+    required property string title
+    required property string subtitle
+
+    spacing: 24
+
+    Item {
+        Layout.fillHeight: true
+    }
+    Spinner {
+        Layout.alignment: Qt.AlignHCenter
+    }
+    StepText {
+        Layout.alignment: Qt.AlignHCenter
+        text: root.eyebrow
+        color: Theme.color.primary
+    }
+    HeadlineText {
+        Layout.fillWidth: true
+        text: root.title
+        tracking: -0.5
+        horizontalAlignment: Text.AlignHCenter
+    }
+    MonoText {
+        Layout.alignment: Qt.AlignHCenter
+        text: root.subtitle
+    }
+    Item {
+        Layout.fillHeight: true
+    }
+}

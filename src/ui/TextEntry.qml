@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmark
+
+/// A single line of text to type into. It shows `value` and tells every change with
+/// edited(); whoever owns the value sets it.
+Rectangle {
+    id: root
+
+    /// What assistive technology calls the field: its visible label.
+    required property string name
+    required property string value
+    property string placeholder: ""
+    property real horizontalPadding: 10
+
+    readonly property alias text: input.text
+    readonly property alias inputFocus: input.activeFocus
+
+    signal edited(string text)
+    signal finished
+
+    implicitWidth: 100
+    implicitHeight: input.implicitHeight + 16
+    baselineOffset: 8 + input.baselineOffset
+    color: Theme.color.background
+    border.width: 1
+    border.color: input.activeFocus ? Theme.color.primary
+                                    : Qt.alpha(Theme.color.outlineVariant, 0.6)
+
+    TextInput {
+        id: input
+        objectName: "input"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: root.horizontalPadding
+        y: 8
+        text: root.value
+        font: Theme.font.body
+        color: root.enabled ? Theme.color.onSurface : Theme.color.onSurfaceVariant
+        selectionColor: Theme.color.primary
+        selectedTextColor: Theme.color.background
+        selectByMouse: true
+        clip: true
+        activeFocusOnTab: true
+
+        onTextChanged: root.edited(input.text)
+        onEditingFinished: root.finished()
+
+        Accessible.role: Accessible.EditableText
+        Accessible.name: root.name
+        Accessible.editable: true
+        Accessible.focusable: true
+    }
+
+    StyledText {
+        x: root.horizontalPadding
+        y: 8
+        visible: input.text.length === 0 && root.placeholder.length > 0
+        text: root.placeholder
+        color: Theme.color.onSurfaceVariant
+    }
+}
