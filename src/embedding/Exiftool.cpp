@@ -10,13 +10,12 @@
 
 namespace quillmark {
 
-ExiftoolError::ExiftoolError(Case which, const QString &description, const QString &stderrText,
-                             std::int32_t code)
+ExiftoolError::ExiftoolError(Case which, QString description, QString stderrText, std::int32_t code)
     : m_case(which),
-      m_description(description),
-      m_stderrText(stderrText),
+      m_description(std::move(description)),
+      m_stderrText(std::move(stderrText)),
       m_code(code),
-      m_what(description.toUtf8())
+      m_what(m_description.toUtf8())
 {}
 
 ExiftoolError ExiftoolError::notInstalled()

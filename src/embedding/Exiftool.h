@@ -41,8 +41,7 @@ public:
     std::int32_t code() const { return m_code; }
 
 private:
-    ExiftoolError(Case which, const QString &description, const QString &stderrText,
-                  std::int32_t code);
+    ExiftoolError(Case which, QString description, QString stderrText, std::int32_t code);
 
     Case m_case;
     QString m_description;

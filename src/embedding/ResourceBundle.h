@@ -8,11 +8,9 @@
 #include <filesystem>
 #include <optional>
 
-namespace quillmark {
-
 /// The folder of files that the program needs beside its executable. It is looked for
 /// afresh at each call: the cost is one or two stat(2) calls, and nothing goes stale.
-namespace ResourceBundle {
+namespace quillmark::ResourceBundle {
 
 /// Where a program's resources may be.
 struct Places {
@@ -40,5 +38,4 @@ std::optional<std::filesystem::path> find(const Places &places);
 /// The sentence with which a program ends that has no bundle.
 QString missingText(const Places &places);
 
-} // namespace ResourceBundle
-} // namespace quillmark
+} // namespace quillmark::ResourceBundle

@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/JpegFrame.h"
+
+#include "detection/ExifOrientation.h"
+#include "detection/FrameLimits.h"
+#include "detection/SampleLuma.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t app1Bytes = 65533;
+
+/// A block of 64 samples costs at least one bit in the scan of its mean values, and in a
+/// sequential file one more; this is more generous by half.
+constexpr std::uint64_t pixelsPerByte = 1024;
+
+/// What the coefficients of a file of several scans may take, which are all kept until the
+/// last scan: some on trust, and the rest in keeping with the size of the file.
+constexpr std::uint64_t coefficientBytesOnTrust = 256U << 20U;
+constexpr std::uint64_t coefficientBytesPerByte = 2048;
+
+/// The rows handed to libjpeg at once: it fills as many as it has ready.
+constexpr int rowsAtOnce = 16;
+
+} // namespace
+
+JpegFrame::JpegFrame(const FrameFile &file, int scanLimit)
+    : m_file(file), m_scanLimit(scanLimit), m_source(file), m_exif(app1Bytes)
+{
+    m_info.err = jpeg_std_error(&m_errors);
+    m_errors.error_exit = [](j_common_ptr info) {
+        std::longjmp(static_cast<Errors *>(info->err)->escape, 1);
+    };
+    m_errors.output_message = [](j_common_ptr) {};
+    m_errors.emit_message = [](j_common_ptr, int) {};
+}
+
+JpegFrame::~JpegFrame()
+{
+    jpeg_destroy_decompress(&m_info);
+}
+
+/// libjpeg reports a fatal error by never returning. The one place it jumps back to is here;
+/// nothing that has a destructor lives between this function and libjpeg.
+template <typename Step>
+bool JpegFrame::guarded(Step step)
+{
+    if (setjmp(m_errors.escape) != 0) {
+        return false;
+    }
+    step();
+    return true;
+}
+
+bool JpegFrame::readHeader()
+{
+    const bool read = guarded([this] {
+        jpeg_create_decompress(&m_info);
+        m_info.client_data = this;
+        m_info.src = &m_source;
+        jpeg_set_marker_processor(&m_info, JPEG_APP0 + 1, readApp1);
+        jpeg_read_header(&m_info, TRUE);
+    });
+    return read && hasPlausibleSize() && m_source.pictureDataFollow();
+}
+
+/// Keeps the first EXIF block and skips everything else that APP1 segments carry. (Were
+/// libjpeg to save them, a file of nothing but such segments would be held in memory.)
+boolean JpegFrame::readApp1(j_decompress_ptr info)
+{
+    auto &frame = *static_cast<JpegFrame *>(info->client_data);
+    JpegSource &source = frame.m_source;
+    const int high = source.nextByte();
+    auto left = static_cast<std::size_t>(std::max((high << 8 | source.nextByte()) - 2, 0));
+
+    using namespace std::string_view_literals;
+    constexpr std::string_view mark = "Exif\0\0"sv;
+    if (frame.m_exifBytes == 0 && left >= mark.size()) {
+        bool found = true;
+        for (std::size_t i = 0; i < mark.size(); ++i, --left) {
+            frame.m_exif[i] = static_cast<unsigned char>(source.nextByte());
+            found = found && frame.m_exif[i] == static_cast<unsigned char>(mark[i]);
+        }
+        if (found) {
+            frame.m_exifBytes = mark.size();
+            for (; left > 0; --left) {
+                frame.m_exif[frame.m_exifBytes++] = static_cast<unsigned char>(source.nextByte());
+            }
+        }
+    }
+    source.skip(static_cast<long>(left));
+    return TRUE;
+}
+
+bool JpegFrame::hasPlausibleSize()
+{
+    const std::uint64_t pixels = std::uint64_t{m_info.image_width} * m_info.image_height;
+    if (!isPlausibleSize(pixels, m_file.size(), pixelsPerByte)) {
+        return false;
+    }
+    if (!jpeg_has_multiple_scans(&m_info)) {
+        return true;
+    }
+    std::uint64_t coefficients = 0;
+    for (int i = 0; i < m_info.num_components; ++i) {
+        const jpeg_component_info &component = m_info.comp_info[i];
+        coefficients +=
+            std::uint64_t{component.width_in_blocks} * component.height_in_blocks * DCTSIZE2;
+    }
+    return coefficients * sizeof(JCOEF) <=
+           coefficientBytesOnTrust + m_file.size() * coefficientBytesPerByte;
+}
+
+std::uint32_t JpegFrame::orientation() const
+{
+    return m_exifBytes == 0 ? 1 : exifOrientation({m_exif.data(), m_exifBytes});
+}
+
+bool JpegFrame::readLuma(LumaRows &out)
+{
+    chooseColours();
+    const std::size_t channels = m_info.out_color_space == JCS_GRAYSCALE ? 0
+                                 : m_info.out_color_space == JCS_CMYK
+                                     ? 4
+                                     : static_cast<std::size_t>(m_info.num_components);
+    m_row.resize(static_cast<std::size_t>(width()) * channels);
+    guarded([this, &out] {
+        m_info.buffered_image = jpeg_has_multiple_scans(&m_info);
+        jpeg_start_decompress(&m_info);
+        if (m_info.buffered_image) {
+            readScans();
+        }
+        if (m_info.out_color_space == JCS_GRAYSCALE) {
+            readGrey(out);
+        } else {
+            readColours(out);
+        }
+    });
+    return m_info.output_scanline > 0;
+}
+
+/// Luma is a component of its own wherever it can be, so that the others are not decoded
+/// beyond their entropy code.
+void JpegFrame::chooseColours()
+{
+    switch (m_info.jpeg_color_space) {
+    case JCS_GRAYSCALE:
+    case JCS_YCbCr:
+    case JCS_RGB:
+        m_info.out_color_space = JCS_GRAYSCALE;
+        break;
+    case JCS_CMYK:
+    case JCS_YCCK:
+        m_info.out_color_space = JCS_CMYK;
+        break;
+    default:
+        m_info.out_color_space = JCS_UNKNOWN;
+        break;
+    }
+}
+
+void JpegFrame::readScans()
+{
+    int status = JPEG_SUSPENDED;
+    do {
+        status = jpeg_consume_input(&m_info);
+        m_completedScans += status == JPEG_SCAN_COMPLETED ? 1 : 0;
+    } while (status != JPEG_REACHED_EOI && m_completedScans < m_scanLimit);
+    jpeg_start_output(&m_info, m_info.input_scan_number);
+}
+
+void JpegFrame::readGrey(LumaRows &out)
+{
+    while (m_info.output_scanline < m_info.output_height) {
+        const int y = static_cast<int>(m_info.output_scanline);
+        const int count = std::min(rowsAtOnce, height() - y);
+        std::array<JSAMPROW, rowsAtOnce> rows{};
+        rows[0] = out.rows(y, count);
+        for (std::size_t i = 1; i < static_cast<std::size_t>(count); ++i) {
+            rows[i] = rows[i - 1] + width();
+        }
+        jpeg_read_scanlines(&m_info, rows.data(), static_cast<JDIMENSION>(count));
+    }
+}
+
+void JpegFrame::readColours(LumaRows &out)
+{
+    const bool inks = m_info.out_color_space == JCS_CMYK;
+    while (m_info.output_scanline < m_info.output_height) {
+        const int y = static_cast<int>(m_info.output_scanline);
+        JSAMPROW row = m_row.data();
+        jpeg_read_scanlines(&m_info, &row, 1);
+        if (!inks) {
+            lumaFromFirst(row, m_info.output_components, width(), out.rows(y, 1));
+        } else if (m_info.saw_Adobe_marker) {
+            lumaFromInvertedInks(row, 4, width(), out.rows(y, 1));
+        } else {
+            lumaFromInks(row, 4, width(), out.rows(y, 1));
+        }
+    }
+}
+
+} // namespace quillmark

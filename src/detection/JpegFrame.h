@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/JpegSource.h"
+#include "detection/LumaRows.h"
+
+#include <csetjmp>
+#include <cstdint>
+#include <vector>
+
+namespace quillmark {
+
+/// A JPEG file being decoded once. The operations follow one another in the order in which
+/// they stand here, each after the success of the one before.
+class JpegFrame
+{
+public:
+    /// More scans than any encoder writes: past them, a picture is taken as it is.
+    static constexpr int maximumScans = 64;
+
+    /// Decodes no more than the given number of scans of a file that has several.
+    explicit JpegFrame(const FrameFile &file, int scanLimit = maximumScans);
+    JpegFrame(const JpegFrame &) = delete;
+    JpegFrame &operator=(const JpegFrame &) = delete;
+    ~JpegFrame();
+
+    /// False where the file has no picture that can be decoded within reason.
+    bool readHeader();
+
+    int width() const { return static_cast<int>(m_info.image_width); }
+    int height() const { return static_cast<int>(m_info.image_height); }
+    std::uint32_t orientation() const;
+
+    /// Decodes the rows, at full size, as far as they go. False where there was not one.
+    bool readLuma(LumaRows &out);
+
+    /// How many scans were decoded to their end; 0 for a file that has only one.
+    int completedScans() const { return m_completedScans; }
+
+private:
+    struct Errors : jpeg_error_mgr {
+        std::jmp_buf escape;
+    };
+
+    template <typename Step>
+    bool guarded(Step step);
+
+    bool hasPlausibleSize();
+    void chooseColours();
+    void readScans();
+    void readGrey(LumaRows &out);
+    void readColours(LumaRows &out);
+    static boolean readApp1(j_decompress_ptr info);
+
+    const FrameFile &m_file;
+    const int m_scanLimit;
+    int m_completedScans = 0;
+    Errors m_errors{};
+    JpegSource m_source;
+    std::vector<unsigned char> m_exif; ///< set aside in full beforehand
+    std::size_t m_exifBytes = 0;
+    std::vector<JSAMPLE> m_row;
+    jpeg_decompress_struct m_info{};
+};
+
+} // namespace quillmark

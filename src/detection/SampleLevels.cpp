@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/SampleLevels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+/// The share of pixels at either end that may be defects: a stuck sensor element is one
+/// column of some thousands, while the smallest code on a frame covers more than this.
+constexpr double defectShare = 0.0005;
+
+/// A picture that takes up this share of the nominal range is not stretched.
+constexpr float fullEnough = 0.5F;
+
+/// How far outside the nominal range a picture may reach and still count as inside.
+constexpr float rangeTolerance = 0.02F;
+
+/// A range narrower than this, relative to the values, is a single value with rounding errors.
+constexpr float narrowest = 1e-5F;
+
+} // namespace
+
+void LevelSampler::add(float luma)
+{
+    if (std::isfinite(luma)) {
+        m_samples.push_back(luma);
+    }
+}
+
+Levels LevelSampler::levels() &&
+{
+    const Levels nominal{0, m_nominalWhite};
+    if (m_samples.empty()) {
+        return nominal;
+    }
+    const std::size_t defects =
+        static_cast<std::size_t>(static_cast<double>(m_samples.size() - 1) * defectShare);
+    const auto dark = m_samples.begin() + static_cast<std::ptrdiff_t>(defects);
+    const auto light = m_samples.end() - 1 - static_cast<std::ptrdiff_t>(defects);
+    std::nth_element(m_samples.begin(), dark, m_samples.end());
+    std::nth_element(dark, light, m_samples.end());
+    const Levels found{*dark, *light};
+
+    const float range = found.white - found.black;
+    const bool inside = found.black >= -rangeTolerance * m_nominalWhite &&
+                        found.white <= (1 + rangeTolerance) * m_nominalWhite;
+    const bool single =
+        !(range > narrowest * std::max(std::abs(found.black), std::abs(found.white)));
+    return (inside && range >= fullEnough * m_nominalWhite) || single ? nominal : found;
+}
+
+void applyLevels(const Levels &levels, const float *luma, int count, std::uint8_t *out)
+{
+    const float black = levels.black;
+    const float scale = 255 / (levels.white - levels.black);
+    for (int i = 0; i < count; ++i) {
+        const float value = (luma[i] - black) * scale;
+        // In this order, what is no number fails both comparisons.
+        const float lit = value > 0 ? value : 0;
+        const float bounded = lit < 255 ? lit : 255;
+        out[i] = static_cast<std::uint8_t>(static_cast<int>(bounded + 0.5F));
+    }
+}
+
+void applyLevels(const Levels &levels, const std::uint16_t *luma, int count, std::uint8_t *out)
+{
+    const auto black = static_cast<std::uint32_t>(std::lround(levels.black));
+    const auto white = static_cast<std::uint32_t>(std::lround(levels.white));
+    const std::uint32_t range = std::max(white - black, 1U);
+    // 16.16 fixed point; white comes to 255 and less than a half, so that nothing overflows.
+    const std::uint32_t scale = ((255U << 16U) + range / 2) / range;
+    for (int i = 0; i < count; ++i) {
+        const std::uint32_t value = std::clamp<std::uint32_t>(luma[i], black, white) - black;
+        out[i] = static_cast<std::uint8_t>((value * scale + 32768U) >> 16U);
+    }
+}
+
+} // namespace quillmark
