@@ -111,18 +111,65 @@ class Program:
         wait_until(lambda: switch.is_checked == target, f"the switch {name!r} to move",
                    details=self._details)
 
-    def field(self, name, number=0):
-        """A field to type into; of several with one name, the `number`-th in reading order."""
-        return self.find(name, accessible.TEXT_FIELD, number=number)
+    def field(self, name):
+        """A field to type into, which may have to be scrolled to before it can be seen."""
+        def fields():
+            tree = self.tree
+            return tree and [item for item in tree.descendants()
+                             if item.role == accessible.TEXT_FIELD and item.name == name]
 
-    def fill(self, name, text, number=0):
-        """Types a text into a field through the accessibility tree."""
-        field = self.field(name, number)
+        return wait_until(fields, f"a field named {name!r}", details=self._details)[0]
+
+    def fill(self, name, text):
+        """Sets a field's text through the accessibility tree, as dictation does."""
+        field = self.field(name)
         field.set_content(text)
-        wait_until(lambda: field.content == text, f"the field {name!r} to hold {text!r}",
+        self._wait_for_content(field, name, text)
+
+    def type_into(self, name, text):
+        """Brings the keyboard to a field through the accessibility tree, and types there."""
+        field = self.field(name)
+        field.focus()
+        wait_until(lambda: field.is_shown and "focused" in field.states,
+                   f"the field {name!r} to be seen with the keyboard in it",
+                   details=self._details)
+        self._screen.key("ctrl+a", "BackSpace")
+        self._screen.type(text)
+        self._wait_for_content(field, name, text)
+
+    # --- its choosers ----------------------------------------------------------------
+
+    def choose(self, confirm, path):
+        """Enters a path in the chooser that is open, and confirms it by its button."""
+        self._wait_for_chooser(confirm)
+        dialog = self._chooser()
+        field = next(item for item in dialog.descendants()
+                     if item.is_shown and item.role == accessible.TEXT_FIELD)
+        field.set_content(str(path))
+        self.press(confirm)
+        wait_until(lambda: self._chooser() is None, "the chooser to close",
                    details=self._details)
 
+    def cancel_chooser(self, confirm):
+        """Leaves the chooser that is open, whose button for going on has this label."""
+        self._wait_for_chooser(confirm)
+        self.press("Cancel")
+        wait_until(lambda: self._chooser() is None, "the chooser to close",
+                   details=self._details)
+
+    def _chooser(self):
+        tree = self.tree
+        return tree and next((item for item in tree.children if item.role == "dialog"), None)
+
+    def _wait_for_chooser(self, confirm):
+        wait_until(self._chooser, "the chooser to open", details=self._details)
+        self.find(confirm, accessible.BUTTON)
+
     # --- inside ----------------------------------------------------------------------
+
+    def _wait_for_content(self, field, name, text):
+        wait_until(lambda: field.content == text, f"the field {name!r} to hold {text!r}",
+                   details=self._details)
 
     def _main_window(self):
         return next(iter(self._screen.windows(self.pid, TITLE)), None)
