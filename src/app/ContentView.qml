@@ -11,9 +11,16 @@ import Quillmark
 Item {
     id: root
 
-    readonly property alias screen: session.screen
     readonly property bool writing: session.screen === Session.Writing
-    readonly property bool failed: session.screen === Session.Error
+
+    /// A run that wrote is over.
+    signal runEnded(bool failed)
+
+    onWritingChanged: {
+        if (!root.writing) {
+            root.runEnded(session.screen === Session.Error);
+        }
+    }
 
     /// A screen that exists only in its state.
     component Screen: Loader {

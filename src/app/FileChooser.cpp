@@ -24,16 +24,27 @@ void FileChooser::open()
         return;
     }
     m_dialog = makeDialog();
-    connect(m_dialog, &QFileDialog::urlSelected, this, &FileChooser::chosen);
+    // Not urlSelected(): only the desktop's own choosers say that.
+    connect(m_dialog, &QFileDialog::finished, this, &FileChooser::takeChoice);
     m_dialog->winId(); // makes the window, which can then be told whom it belongs to
     m_dialog->windowHandle()->setTransientParent(m_parentWindow);
     m_dialog->open();
+}
+
+void FileChooser::takeChoice(int result)
+{
+    const QList<QUrl> locations = m_dialog->selectedUrls();
+    m_dialog = nullptr; // it is over, even if it is deleted only later
+    if (result == QFileDialog::Accepted && !locations.isEmpty()) {
+        Q_EMIT chosen(locations.first());
+    }
 }
 
 QFileDialog *FileChooser::makeDialog() const
 {
     auto *dialog = new QFileDialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(QStringLiteral("Quillmark"));
     dialog->setPalette(Theme::widgetPalette());
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     if (m_kind == Folder) {

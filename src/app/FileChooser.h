@@ -41,6 +41,7 @@ Q_SIGNALS:
     void chosen(const QUrl &location);
 
 private:
+    void takeChoice(int result);
     QFileDialog *makeDialog() const;
 
     Kind m_kind = Folder;

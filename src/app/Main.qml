@@ -34,13 +34,10 @@ Window {
     ContentView {
         id: content
         anchors.fill: parent
-        onScreenChanged: {
-            if (root.visible || content.writing) {
-                return;
-            }
-            if (content.failed) {
+        onRunEnded: failed => {
+            if (failed) {
                 root.show();
-            } else {
+            } else if (!root.visible) {
                 Qt.exit(0);
             }
         }

@@ -71,7 +71,7 @@ QFont Theme::tracked(const QFont &font, qreal tracking)
 QPalette Theme::widgetPalette()
 {
     const ThemeColor color;
-    QPalette palette(color.surfaceContainer, color.surfaceContainerLow);
+    QPalette palette(color.outlineVariant, color.surfaceContainer);
     palette.setColor(QPalette::Base, color.background);
     palette.setColor(QPalette::AlternateBase, color.surfaceContainerLow);
     palette.setColor(QPalette::ToolTipBase, color.surfaceContainer);

@@ -43,8 +43,9 @@ Levels LevelSampler::levels() &&
     const auto dark = m_samples.begin() + static_cast<std::ptrdiff_t>(defects);
     const auto light = m_samples.end() - 1 - static_cast<std::ptrdiff_t>(defects);
     std::nth_element(m_samples.begin(), dark, m_samples.end());
+    const float black = *dark;
     std::nth_element(dark, light, m_samples.end());
-    const Levels found{*dark, *light};
+    const Levels found{black, *light};
 
     const float range = found.white - found.black;
     const bool inside = found.black >= -rangeTolerance * m_nominalWhite &&

@@ -240,7 +240,7 @@ void SampleLuma::wideLuma(const Sample *samples, int count, float *out) const
     }
 }
 
-void SampleLuma::wideLuma(const void *samples, int count, float *out) const
+void SampleLuma::anyLuma(const void *samples, int count, float *out) const
 {
     switch (m_layout.type) {
     case SampleType::uint8:
@@ -271,7 +271,7 @@ void SampleLuma::sample(const void *samples, int count, int first, int step,
     int next = first;
     for (int start = 0; start < count; start += chunk) {
         const int length = std::min(chunk, count - start);
-        wideLuma(bytes + m_pixelBytes * static_cast<std::size_t>(start), length, luma.data());
+        anyLuma(bytes + m_pixelBytes * static_cast<std::size_t>(start), length, luma.data());
         for (; next < start + length; next += step) {
             levels.add(luma[static_cast<std::size_t>(next - start)]);
         }
@@ -294,7 +294,7 @@ void SampleLuma::convert(const void *samples, int count, std::uint8_t *out) cons
             applyLevels(m_levels, luma.data(), length, out + start);
         } else {
             std::array<float, chunk> luma{};
-            wideLuma(piece, length, luma.data());
+            anyLuma(piece, length, luma.data());
             applyLevels(m_levels, luma.data(), length, out + start);
         }
     }

@@ -86,7 +86,7 @@ private:
     void deepLuma(const std::uint16_t *samples, int count, std::uint16_t *out) const;
     template <typename Sample>
     void wideLuma(const Sample *samples, int count, float *out) const;
-    void wideLuma(const void *samples, int count, float *out) const;
+    void anyLuma(const void *samples, int count, float *out) const;
 
     SampleLayout m_layout;
     std::size_t m_pixelBytes;

@@ -17,6 +17,9 @@ constexpr int someRows = 256;
 constexpr int someBlocks = 16;
 constexpr int someBlocksPart = 10;
 
+/// An image of no more pixels than this is decoded in full sooner than one could choose.
+constexpr std::int64_t fewPixels = 1'000'000;
+
 int ceilDivided(int value, int by)
 {
     return (value - 1) / by + 1;
@@ -71,6 +74,10 @@ void TiffFrame::visitAll(const SampleRowVisitor &visit)
 
 void TiffFrame::visitSome(const SampleRowVisitor &visit)
 {
+    if (std::int64_t{width()} * height() <= fewPixels) {
+        visitAll(visit);
+        return;
+    }
     const bool whole = m_shape.tiled || m_shape.hasUnits();
     if (!whole && !m_shape.compressed) {
         const int step = ceilDivided(m_shape.height, someRows);

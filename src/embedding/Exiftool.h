@@ -62,11 +62,15 @@ QStringList tagArguments(const SlatePayload &payload, const QString &generatorVe
 std::optional<std::filesystem::path> locate();
 
 /// The configuration that declares the private XMP namespace: quillmark.config in the
-/// resource bundle, else beside the bundle. Any thread.
+/// resource bundle, else in the application's own folder. Any thread.
 std::optional<std::filesystem::path> configURL();
 
 /// Writes the payload into all the files with one exiftool child, in place, and returns
 /// when the child has ended. An empty list is a success without a look at anything.
+/// A folder among the files stands for the images directly in it; a symbolic link is
+/// replaced by a written copy of its target, which itself stays as it is. What does not fit
+/// a tag (an ISO above 65535 in EXIF, more than 64 bytes of an IPTC keyword) is left out or
+/// cut by exiftool with a warning, which is no failure; RawPayload has everything.
 ///
 /// Throws ExiftoolError, or std::system_error where the child cannot be started. Files
 /// that were written before a failure stay written. To be awaited on a thread with an

@@ -171,7 +171,9 @@ QCoro::Task<> IngestViewModel::submitManual(SlatePayload payload)
         co_return;
     }
     LastUsedPayloadStore::save(payload);
-    co_await run({folder, detection, std::move(rollFiles), m_backupMode});
+    // Named, because GCC 12 destroys an aggregate twice that is made inside a co_await.
+    IngestPlan plan{folder, detection, std::move(rollFiles), m_backupMode};
+    co_await run(std::move(plan));
 }
 
 QCoro::Task<> IngestViewModel::runIngest()

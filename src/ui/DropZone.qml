@@ -32,7 +32,7 @@ Item {
             color: Theme.color.primary
         }
         HeadlineText {
-            anchors.horizontalCenter: parent.horizontalCenter
+            width: parent.width
             text: "DROP A FOLDER\nOF SCANS"
             horizontalAlignment: Text.AlignHCenter
             lineHeightMode: Text.FixedHeight
@@ -44,7 +44,7 @@ Item {
             }
         }
         BodyText {
-            anchors.horizontalCenter: parent.horizontalCenter
+            width: parent.width
             text: "Quillmark finds the slate frame, decodes the QR, and embeds the\n"
                   + "metadata directly into every image \u2014 EXIF, IPTC, and XMP."
             color: Theme.color.onSurfaceVariant

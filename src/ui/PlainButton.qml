@@ -28,6 +28,7 @@ Item {
     Accessible.role: Accessible.Button
     Accessible.name: root.text
     Accessible.focusable: true
+    Accessible.ignored: !root.visible
     Accessible.onPressAction: root.press()
 
     Keys.onSpacePressed: root.press()

@@ -6,8 +6,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// A text in one of the theme's fonts. Never interpreted, and always in the accessibility
-/// tree under what it shows.
+/// A text in one of the theme's fonts. Never interpreted, and in the accessibility tree
+/// under what it shows while it is shown.
 Text {
     id: root
 
@@ -21,4 +21,5 @@ Text {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: root.text
+    Accessible.ignored: !root.visible
 }

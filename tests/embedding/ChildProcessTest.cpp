@@ -145,7 +145,7 @@ TEST_F(ChildProcess, signalsAreHandledInTheDefaultWay)
             ::sigaddset(&blocked, SIGTERM);
             ::pthread_sigmask(SIG_BLOCK, &blocked, &mask);
             struct sigaction ignore = {};
-            ignore.sa_handler = SIG_IGN; // NOLINT(cppcoreguidelines-pro-type-cstyle-cast)
+            ignore.sa_handler = SIG_IGN;
             ::sigaction(SIGPIPE, &ignore, &pipe);
         }
         ~Disturbed()
@@ -245,7 +245,7 @@ TEST_F(ChildProcess, statusThatTheSystemDidNotKeepIsNoSuccess)
         ChildrenIgnored()
         {
             struct sigaction ignore = {};
-            ignore.sa_handler = SIG_IGN; // NOLINT(cppcoreguidelines-pro-type-cstyle-cast)
+            ignore.sa_handler = SIG_IGN;
             ::sigaction(SIGCHLD, &ignore, &before);
         }
         ~ChildrenIgnored() { ::sigaction(SIGCHLD, &before, nullptr); }

@@ -18,7 +18,7 @@ struct RasterImage {
     int width = 0;
     int height = 0;
     int channels = 3;
-    std::vector<std::uint16_t> samples;
+    std::vector<std::uint16_t> samples = {};
 
     std::uint16_t at(int x, int y, int channel) const
     {
@@ -41,7 +41,7 @@ struct JpegOptions {
     bool adobeMarker = true;   ///< for rgb, cmyk and ycck; with it, inks are stored inverted
     int chromaSubsampling = 2; ///< 1 or 2, both ways
     int restartRows = 0;       ///< rows of blocks between restart markers; 0 for none
-    std::string app1;          ///< content of an APP1 segment to write in place of our own
+    std::string app1 = {};     ///< content of an APP1 segment to write in place of our own
 };
 
 /// Throws std::runtime_error where the file cannot be written.
@@ -71,13 +71,15 @@ struct TiffOptions {
     bool planarSeparate = false;
     bool bigTiff = false;
     bool bigEndian = false;
-    int extraChannels = 0;          ///< unspecified ones, filled with a picture of their own
-    std::optional<int> orientation; ///< 1 to 8; not written where not given
-    bool floatingPoint = false;     ///< with bits 32: samples of floatBlack to floatWhite
+    int extraChannels = 0;               ///< unspecified ones, filled with a picture of their own
+    std::optional<int> orientation = {}; ///< 1 to 8; not written where not given
+    bool floatingPoint = false;          ///< with bits 32: samples of floatBlack to floatWhite
     float floatBlack = 0;
     float floatWhite = 1;
-    std::optional<float> floatStray; ///< stands in the place of every 50th sample
-    int chromaSubsampling = 1;       ///< for yCbCr without compression: 1 or 2, both ways
+    std::optional<float> floatStray = {}; ///< stands in the place of every 50th sample
+    bool reversedBits = false;            ///< of each byte of the pixels, which FillOrder 2 says
+    bool directoryFirst = false;          ///< before the pixels; of several pages, writes one
+    int chromaSubsampling = 1;            ///< for yCbCr without compression: 1 or 2, both ways
 };
 
 /// Throws std::runtime_error where the file cannot be written.
@@ -87,5 +89,14 @@ void writeTiff(const std::filesystem::path &file, const RasterImage &image,
 /// One directory per page. Throws std::runtime_error where the file cannot be written.
 void writeTiff(const std::filesystem::path &file, const std::vector<RasterImage> &pages,
                const TiffOptions &options = {});
+
+struct ByteRange {
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+};
+
+/// Where the strips or tiles of the first page stand in the file, in the order of their
+/// numbers. Throws std::runtime_error.
+std::vector<ByteRange> tiffBlocks(const std::filesystem::path &file);
 
 } // namespace quillmark::test

@@ -74,8 +74,14 @@ int subsampling(const TiffOptions &options)
                : 1;
 }
 
-void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options, int channels)
+int channelsOf(const RasterImage &image, const TiffOptions &options)
 {
+    return static_cast<int>(storedPixel(image, options, 0, 0).size());
+}
+
+void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
+{
+    const int channels = channelsOf(image, options);
     const TiffPhotometric photometric = resolvedPhotometric(options, image);
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, image.width);
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, image.height);
@@ -89,6 +95,9 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options, i
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, compressionTag(options.compression));
     if (options.predictor != TiffPredictor::none) {
         TIFFSetField(tiff, TIFFTAG_PREDICTOR, static_cast<int>(options.predictor));
+    }
+    if (options.reversedBits) {
+        TIFFSetField(tiff, TIFFTAG_FILLORDER, FILLORDER_LSB2MSB);
     }
     if (options.orientation) {
         TIFFSetField(tiff, TIFFTAG_ORIENTATION, *options.orientation);
@@ -119,7 +128,7 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options, i
 }
 
 /// The blocks of a page in the order of their numbers, planes one after the other.
-std::vector<TiffBlock> blocksOf(const RasterImage &image, const TiffOptions &options, int channels)
+std::vector<TiffBlock> blocksOf(const RasterImage &image, const TiffOptions &options)
 {
     const bool tiled = options.tileWidth > 0;
     const int width = tiled ? options.tileWidth : image.width;
@@ -127,7 +136,8 @@ std::vector<TiffBlock> blocksOf(const RasterImage &image, const TiffOptions &opt
                        : options.rowsPerStrip > 0 ? options.rowsPerStrip
                                                   : image.height;
     std::vector<TiffBlock> blocks;
-    for (int plane = 0; plane < (options.planarSeparate ? channels : 1); ++plane) {
+    for (int plane = 0; plane < (options.planarSeparate ? channelsOf(image, options) : 1);
+         ++plane) {
         for (int y = 0; y < image.height; y += height) {
             for (int x = 0; x < image.width; x += width) {
                 TiffBlock block{
@@ -142,12 +152,10 @@ std::vector<TiffBlock> blocksOf(const RasterImage &image, const TiffOptions &opt
     return blocks;
 }
 
-void writePage(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
+void writeBlocks(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
 {
-    const int channels = static_cast<int>(storedPixel(image, options, 0, 0).size());
-    setTags(tiff, image, options, channels);
     std::uint32_t number = 0;
-    for (const TiffBlock &block : blocksOf(image, options, channels)) {
+    for (const TiffBlock &block : blocksOf(image, options)) {
         std::vector<std::uint8_t> bytes = subsampling(options) > 1
                                               ? packedUnits(image, options, block)
                                               : packedSamples(image, options, block);
@@ -160,9 +168,42 @@ void writePage(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
         }
         ++number;
     }
+}
+
+void writeDirectory(TIFF *tiff)
+{
     if (TIFFWriteDirectory(tiff) == 0) {
         throw std::runtime_error("cannot write the directory");
     }
+}
+
+TiffHandle opened(const std::filesystem::path &file, const std::string &mode)
+{
+    TiffHandle tiff(TIFFOpen(file.c_str(), mode.c_str()), TIFFClose);
+    if (!tiff) {
+        throw std::runtime_error("cannot open " + file.string());
+    }
+    return tiff;
+}
+
+/// The tables of offsets and byte counts are put behind the directory while they are empty
+/// and filled in later.
+void writeDirectoryFirst(const std::filesystem::path &file, const std::string &mode,
+                         const RasterImage &image, const TiffOptions &options)
+{
+    {
+        const TiffHandle tiff = opened(file, mode);
+        setTags(tiff.get(), image, options);
+        if (TIFFDeferStrileArrayWriting(tiff.get()) == 0 ||
+            TIFFWriteCheck(tiff.get(), options.tileWidth > 0 ? 1 : 0, "test") == 0) {
+            throw std::runtime_error("cannot begin with the directory");
+        }
+        writeDirectory(tiff.get());
+        if (TIFFSetDirectory(tiff.get(), 0) == 0 || TIFFForceStrileArrayWriting(tiff.get()) == 0) {
+            throw std::runtime_error("cannot write the empty tables");
+        }
+    }
+    writeBlocks(opened(file, "r+").get(), image, options);
 }
 
 } // namespace
@@ -172,12 +213,15 @@ void writeTiff(const std::filesystem::path &file, const std::vector<RasterImage>
 {
     const std::string mode =
         std::string("w") + (options.bigEndian ? 'b' : 'l') + (options.bigTiff ? "8" : "4");
-    const TiffHandle tiff(TIFFOpen(file.c_str(), mode.c_str()), TIFFClose);
-    if (!tiff) {
-        throw std::runtime_error("cannot write " + file.string());
+    if (options.directoryFirst) {
+        writeDirectoryFirst(file, mode, pages.at(0), options);
+        return;
     }
+    const TiffHandle tiff = opened(file, mode);
     for (const RasterImage &page : pages) {
-        writePage(tiff.get(), page, options);
+        setTags(tiff.get(), page, options);
+        writeBlocks(tiff.get(), page, options);
+        writeDirectory(tiff.get());
     }
 }
 
@@ -185,6 +229,20 @@ void writeTiff(const std::filesystem::path &file, const RasterImage &image,
                const TiffOptions &options)
 {
     writeTiff(file, std::vector<RasterImage>{image}, options);
+}
+
+std::vector<ByteRange> tiffBlocks(const std::filesystem::path &file)
+{
+    const TiffHandle tiff = opened(file, "r");
+    const bool tiled = TIFFIsTiled(tiff.get()) != 0;
+    const std::uint32_t count =
+        tiled ? TIFFNumberOfTiles(tiff.get()) : TIFFNumberOfStrips(tiff.get());
+    std::vector<ByteRange> ranges;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        ranges.push_back(
+            {TIFFGetStrileOffset(tiff.get(), i), TIFFGetStrileByteCount(tiff.get(), i)});
+    }
+    return ranges;
 }
 
 } // namespace quillmark::test

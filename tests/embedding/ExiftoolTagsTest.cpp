@@ -5,21 +5,17 @@
 
 #include "embedding/Exiftool.h"
 
+#include "EmbedSupport.h"
 #include "Pixels.h"
 #include "TagReader.h"
 #include "payload/SlatePayloadJson.h"
-#include "support/Await.h"
-#include "support/ImageFiles.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
 #include "support/TempDir.h"
 
-#include <QTimer>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <ostream>
 
 namespace quillmark {
@@ -27,62 +23,25 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace Qt::StringLiterals;
-using test::await;
+using test::embed;
+using test::ExiftoolOnJpeg;
 using test::fullPayload;
 using test::minimalPayload;
-using test::readFile;
+using test::picture;
 using test::TagReader;
 using test::TempDir;
+using test::xmpText;
 using ::testing::Contains;
 using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-const QString generator = u"quillmark-macos@0.0.0"_s;
-
-test::RasterImage picture(int width = 48, int height = 32)
-{
-    test::RasterImage image{width, height, 3, {}};
-    for (int i = 0; i < width * height * 3; ++i) {
-        image.samples.push_back(static_cast<std::uint16_t>(i * 1237 % 65536));
-    }
-    return image;
-}
-
-void embed(std::vector<fs::path> files, const SlatePayload &payload)
-{
-    await(Exiftool::embed(std::move(files), payload, generator));
-}
-
-ExiftoolError embedFailure(std::vector<fs::path> files)
-{
-    try {
-        embed(std::move(files), minimalPayload());
-    } catch (const ExiftoolError &error) {
-        return error;
-    }
-    throw std::logic_error("the run was a success");
-}
-
-/// The XMP packet of a JPEG file, which stands in it as plain text; empty without one.
-std::string xmpText(const fs::path &file)
-{
-    const std::string bytes = readFile(file);
-    const std::size_t begin = std::min(bytes.find("<x:xmpmeta"), bytes.size());
-    return bytes.substr(begin, bytes.find("</x:xmpmeta>", begin) - begin);
-}
-
-bool isTagged(const fs::path &file)
-{
-    return xmpText(file).find("<quillmark:SessionId>") != std::string::npos;
-}
 
 /// Expects that the value of every argument that was sent stands in the file.
 void expectAllFound(const fs::path &file, const SlatePayload &payload)
 {
     const TagReader tags(file);
     QStringList keywords;
-    for (const QString &argument : Exiftool::tagArguments(payload, generator)) {
+    for (const QString &argument : Exiftool::tagArguments(payload, test::generatorVersion())) {
         SCOPED_TRACE(argument.toStdString());
         const qsizetype colon = argument.indexOf(u':');
         const qsizetype equals = argument.indexOf(u'=');
@@ -211,18 +170,6 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- Every kind of value ---------------------------------------------------------
 
-class ExiftoolOnJpeg : public ::testing::Test
-{
-protected:
-    fs::path jpeg(const fs::path &name) const
-    {
-        test::writeJpeg(m_folder / name, picture());
-        return m_folder / name;
-    }
-
-    TempDir m_folder;
-};
-
 TEST_F(ExiftoolOnJpeg, pushOfZeroIsInTheFileAfterwards)
 {
     SlatePayload payload = fullPayload();
@@ -293,88 +240,6 @@ TEST_F(ExiftoolOnJpeg, emptyTextRemovesTheTag)
     embed({file}, payload);
     EXPECT_EQ(TagReader(file).values(u"EXIF"_s, u"Artist"_s), QStringList());
     EXPECT_EQ(TagReader(file).values(u"XMP-quillmark"_s, u"Artist"_s), QStringList());
-}
-
-// --- Every kind of name ----------------------------------------------------------
-
-TEST_F(ExiftoolOnJpeg, everyNameIsTagged)
-{
-    const std::vector<fs::path> names{"line\nbreak.jpg", "\nfirst.jpg", "-delete_original!.jpg",
-                                      "@list.jpg",       "\"'.jpg",     "two  words.jpg",
-                                      " ends.jpg ",      "caf\xe9.jpg", "\xff.jpg",
-                                      "🌫.jpg",        "100%f.jpg",   "*?[a]{b}.jpg",
-                                      "back\\slash.jpg", "pipe|",       "a=b<c>.jpg",
-                                      "$HOME.jpg",       "&;`id`.jpg",  "−minus.jpg"};
-    std::vector<fs::path> files;
-    std::transform(names.begin(), names.end(), std::back_inserter(files),
-                   [this](const fs::path &name) { return jpeg(name); });
-    embed(files, minimalPayload());
-    for (const fs::path &file : files) {
-        EXPECT_TRUE(isTagged(file)) << file;
-    }
-}
-
-TEST_F(ExiftoolOnJpeg, relativePathIsNeverAnOption)
-{
-    struct WorkingFolder {
-        explicit WorkingFolder(const fs::path &folder) { fs::current_path(folder); }
-        ~WorkingFolder() { fs::current_path(before); }
-        fs::path before = fs::current_path();
-    } inside(m_folder.path());
-    embed({jpeg("-ver").filename(), jpeg("@list").filename(), jpeg("-").filename()},
-          minimalPayload());
-    EXPECT_TRUE(isTagged("-ver"));
-    EXPECT_TRUE(isTagged("@list"));
-    EXPECT_TRUE(isTagged("-"));
-}
-
-TEST_F(ExiftoolOnJpeg, folderStandsForTheImagesDirectlyInIt)
-{
-    fs::create_directories(m_folder / "roll/below");
-    const fs::path inside = jpeg("roll/1.jpg");
-    const fs::path below = jpeg("roll/below/2.jpg");
-    embed({m_folder / "roll"}, minimalPayload());
-    EXPECT_TRUE(isTagged(inside));
-    EXPECT_FALSE(isTagged(below));
-}
-
-// --- Failures and waiting --------------------------------------------------------
-
-TEST_F(ExiftoolOnJpeg, fileThatIsNoImageFailsAndTheOthersAreWritten)
-{
-    const fs::path first = jpeg("1.jpg");
-    const fs::path text = m_folder.write("2.jpg", "no image at all");
-    const fs::path last = jpeg("3.jpg");
-    const ExiftoolError error = embedFailure({first, text, last});
-    EXPECT_EQ(error.which(), ExiftoolError::Case::failed);
-    EXPECT_EQ(error.code(), 1);
-    EXPECT_THAT(error.stderrText().toStdString(), HasSubstr("2.jpg"));
-    EXPECT_EQ(error.description(), u"exiftool exited with code 1\n\n"_s + error.stderrText());
-    EXPECT_TRUE(isTagged(first));
-    EXPECT_TRUE(isTagged(last));
-    EXPECT_EQ(readFile(text), "no image at all");
-}
-
-TEST_F(ExiftoolOnJpeg, missingFileFails)
-{
-    const ExiftoolError error = embedFailure({m_folder / "gone.jpg"});
-    EXPECT_EQ(error.code(), 1);
-    EXPECT_THAT(error.stderrText().toStdString(), HasSubstr("gone.jpg"));
-}
-
-TEST_F(ExiftoolOnJpeg, noFilesAreASuccess)
-{
-    EXPECT_NO_THROW(embed({}, fullPayload()));
-}
-
-TEST_F(ExiftoolOnJpeg, eventLoopKeepsTurningWhileTheToolRuns)
-{
-    int turns = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&turns] { ++turns; });
-    timer.start(std::chrono::milliseconds(1));
-    embed({jpeg("frame.jpg")}, fullPayload());
-    EXPECT_GT(turns, 5);
 }
 
 } // namespace

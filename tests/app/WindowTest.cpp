@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "app/SessionBridge.h"
+#include "app/Theme.h"
+#include "support/Printers.h"
+#include "support/Samples.h"
+
+#include <QMimeData>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace quillmark {
+namespace {
+
+using Session = IngestViewModel;
+
+/// The whole window, as the program makes it.
+class Window : public ::testing::Test
+{
+protected:
+    Window()
+    {
+        m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        QQmlComponent main(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+        m_window.reset(qobject_cast<QQuickWindow *>(main.create()));
+        if (!m_window) {
+            throw std::runtime_error(main.errorString().toStdString());
+        }
+        m_session = m_window->findChild<SessionBridge *>();
+        QObject::connect(m_session, &SessionBridge::stateChanged, m_session, [this] {
+            if (const auto *scanning =
+                    std::get_if<Session::Scanning>(&m_session->viewModel().state())) {
+                m_scanned.push_back(scanning->folder);
+            }
+        });
+        if (!QTest::qWaitForWindowExposed(m_window.get())) {
+            throw std::runtime_error("the window does not appear");
+        }
+    }
+
+    void setState(Session::State state) { m_session->viewModel().setState(std::move(state)); }
+
+    /// Every item that is shown.
+    QList<QQuickItem *> shownItems() const
+    {
+        QList<QQuickItem *> items{m_window->contentItem()};
+        for (qsizetype i = 0; i < items.size(); ++i) {
+            for (QQuickItem *child : items.at(i)->childItems()) {
+                if (child->isVisible()) {
+                    items.append(child);
+                }
+            }
+        }
+        return items;
+    }
+    bool shows(const QString &text) const
+    {
+        const auto items = shownItems();
+        return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
+            return item->property("text").toString() == text;
+        });
+    }
+
+    /// Whether a drag of these locations to the middle of the window is taken.
+    bool drag(const QList<QUrl> &urls)
+    {
+        m_dragged.setUrls(urls);
+        QDragEnterEvent enter(middle(), Qt::CopyAction | Qt::MoveAction, &m_dragged, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window.get(), &enter);
+        QDragMoveEvent move(middle(), Qt::CopyAction | Qt::MoveAction, &m_dragged, Qt::LeftButton,
+                            Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window.get(), &move);
+        return move.isAccepted();
+    }
+    Qt::DropAction drop()
+    {
+        QDropEvent event(middle(), Qt::CopyAction | Qt::MoveAction, &m_dragged, Qt::LeftButton,
+                         Qt::NoModifier);
+        event.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(m_window.get(), &event);
+        return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+    }
+    /// What has been scanned, once the scans are over.
+    std::vector<std::filesystem::path> scannedFolders()
+    {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [this] { return m_session->screen() != SessionBridge::Screen::Scanning; }));
+        return m_scanned;
+    }
+    QPoint middle() const { return {m_window->width() / 2, m_window->height() / 3}; }
+
+    QQmlEngine m_engine;
+    QSignalSpy m_exits{&m_engine, &QQmlEngine::exit};
+    std::unique_ptr<QQuickWindow> m_window;
+    SessionBridge *m_session = nullptr;
+    std::vector<std::filesystem::path> m_scanned;
+    QMimeData m_dragged;
+};
+
+TEST_F(Window, isDarkAndNoSmallerThanItsContent)
+{
+    EXPECT_EQ(m_window->title(), QStringLiteral("Quillmark"));
+    EXPECT_EQ(m_window->minimumSize(), QSize(720, 560));
+    EXPECT_EQ(m_window->color(), QColor(14, 14, 14));
+    EXPECT_GE(m_window->maximumWidth(), 16384);
+    EXPECT_TRUE(shows(QStringLiteral("DROP A FOLDER\nOF SCANS")));
+}
+
+TEST_F(Window, showsTheScreenOfEachState)
+{
+    const IngestPlan plan{
+        .folder = "/rolls/roll 12",
+        .detection = {.file = "/rolls/roll 12/1.jpg", .payload = test::minimalPayload(), .raw = {}},
+        .rollFiles = {"/rolls/roll 12/1.jpg"},
+        .backupMode = BackupMode::none};
+    setState(Session::Scanning{"/rolls/roll 12"});
+    EXPECT_TRUE(shows(QStringLiteral("SCANNING")));
+    EXPECT_TRUE(shows(QStringLiteral("ROLL 12")));
+    EXPECT_TRUE(shows(QStringLiteral("Locating slate frame…")));
+    setState(Session::Ready{plan});
+    EXPECT_TRUE(shows(QStringLiteral("02 / SLATE DETECTED")));
+    EXPECT_FALSE(shows(QStringLiteral("SCANNING")));
+    setState(Session::Writing{plan});
+    EXPECT_TRUE(shows(QStringLiteral("EMBEDDING")));
+    EXPECT_TRUE(shows(QStringLiteral("ROLL 12")));
+    EXPECT_TRUE(shows(QStringLiteral("exiftool · 1 image(s)")));
+    setState(Session::Done{{.plan = plan, .mutated = {"/1"}, .backups = {}}});
+    EXPECT_TRUE(shows(QStringLiteral("03 / DONE")));
+    setState(Session::DetectionFailed{"/rolls/roll 12", 2});
+    EXPECT_TRUE(shows(QStringLiteral("NO READABLE SLATE\nIN ROLL 12")));
+    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
+    EXPECT_TRUE(shows(QStringLiteral("02 / MANUAL ENTRY")));
+    setState(Session::Error{QStringLiteral("It broke.")});
+    EXPECT_TRUE(shows(QStringLiteral("It broke.")));
+    setState(Session::Idle{});
+    EXPECT_TRUE(shows(QStringLiteral("01 / INGEST A ROLL")));
+}
+
+TEST_F(Window, takesTheFirstOfDroppedFolders)
+{
+    ASSERT_TRUE(drag(
+        {QUrl(QStringLiteral("file:///nowhere/1")), QUrl(QStringLiteral("file:///nowhere/2"))}));
+    EXPECT_EQ(drop(), Qt::CopyAction);
+    EXPECT_THAT(scannedFolders(), ::testing::ElementsAre("/nowhere/1"));
+}
+
+TEST_F(Window, keepsTheBytesOfADroppedName)
+{
+    ASSERT_TRUE(drag({QUrl::fromEncoded("file:///nowhere/caf%E9")}));
+    drop();
+    EXPECT_THAT(scannedFolders(), ::testing::ElementsAre("/nowhere/caf\xe9"));
+}
+
+TEST_F(Window, refusesWhatIsNotAFileLocation)
+{
+    EXPECT_FALSE(drag({QUrl(QStringLiteral("https://example.org/roll"))}));
+    EXPECT_FALSE(drag({}));
+    EXPECT_FALSE(drag({QUrl(QStringLiteral("https://example.org/roll")),
+                       QUrl(QStringLiteral("file:///nowhere/2"))}));
+    EXPECT_EQ(m_session->screen(), SessionBridge::Screen::Idle);
+}
+
+TEST_F(Window, endsTheProgramWhenClosed)
+{
+    m_window->close();
+    EXPECT_EQ(m_exits.count(), 1);
+}
+
+TEST_F(Window, endsTheProgramWhenClosedDuringAScan)
+{
+    setState(Session::Scanning{"/rolls/roll 12"});
+    m_window->close();
+    EXPECT_EQ(m_exits.count(), 1);
+}
+
+TEST_F(Window, onlyHidesWhileARunWrites)
+{
+    setState(Session::Writing{});
+    m_window->close();
+    EXPECT_FALSE(m_window->isVisible());
+    EXPECT_EQ(m_exits.count(), 0);
+    setState(Session::Done{});
+    EXPECT_EQ(m_exits.count(), 1);
+}
+
+TEST_F(Window, comesBackWithTheErrorOfAHiddenRun)
+{
+    setState(Session::Writing{});
+    m_window->close();
+    setState(Session::Error{QStringLiteral("Disk full.")});
+    EXPECT_TRUE(m_window->isVisible());
+    EXPECT_EQ(m_exits.count(), 0);
+    EXPECT_TRUE(shows(QStringLiteral("Disk full.")));
+    m_window->close();
+    EXPECT_EQ(m_exits.count(), 1);
+}
+
+/// The window at its smallest, showing what is as long as file systems and slates allow.
+class SmallWindow : public Window
+{
+protected:
+    SmallWindow()
+    {
+        m_window->resize(m_window->minimumSize());
+        const QString word = QString(200, QLatin1Char('W'));
+        SlatePayload payload = test::fullPayload();
+        payload.notes = QString(word + QLatin1Char(' ')).repeated(20);
+        payload.cameraModel = word;
+        plan = {
+            .folder = folder,
+            .detection = {.file = folder / std::string(200, 'x'), .payload = payload, .raw = {}},
+            .rollFiles = std::vector<std::filesystem::path>(123456),
+            .backupMode = BackupMode::backupOriginals};
+    }
+
+    /// Nothing that is seen reaches beyond the window, or beyond what clips it.
+    void expectAllInside()
+    {
+        QTest::qWait(0); // layouts settle with the event loop
+        for (const QQuickItem *item : shownItems()) {
+            QRectF room(0, 0, m_window->width(), m_window->height());
+            bool scrolled = false;
+            for (const auto *above = item->parentItem(); above; above = above->parentItem()) {
+                scrolled = scrolled || above->clip();
+            }
+            const bool drawn = item->flags().testFlag(QQuickItem::ItemHasContents);
+            if (drawn && !scrolled && item->width() > 0) {
+                const QRectF rect = item->mapRectToScene(item->boundingRect());
+                EXPECT_TRUE(room.contains(rect))
+                    << item->metaObject()->className() << " "
+                    << item->property("text").toString().left(40).toStdString() << " at "
+                    << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
+            }
+        }
+    }
+
+    std::filesystem::path folder = "/rolls/" + std::string(200, 'W');
+    IngestPlan plan;
+};
+
+TEST_F(SmallWindow, holdsTheDropZone)
+{
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsTheStatus)
+{
+    setState(Session::Scanning{folder});
+    expectAllInside();
+    setState(Session::Writing{plan});
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsThePlan)
+{
+    setState(Session::Ready{plan});
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsAFailedDetection)
+{
+    setState(Session::DetectionFailed{folder, 123456789});
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsTheForm)
+{
+    setState(Session::ManualEntry{folder, folder / std::string(200, 'x')});
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsTheResult)
+{
+    setState(Session::Done{{.plan = plan, .mutated = plan.rollFiles, .backups = plan.rollFiles}});
+    expectAllInside();
+}
+
+TEST_F(SmallWindow, holdsALongError)
+{
+    setState(
+        Session::Error{QString(2000, QLatin1Char('e')) + QStringLiteral("line\n").repeated(500)});
+    expectAllInside();
+}
+
+} // namespace
+} // namespace quillmark

@@ -1,0 +1,74 @@
+# SPDX-FileCopyrightText: 2026 Quillmark authors
+# SPDX-License-Identifier: MIT
+"""Copies of the program in places of their own, with another exiftool or none."""
+
+import os
+import pathlib
+import shutil
+
+from .program import build_folder
+from .waiting import wait_until
+
+BUNDLE = "Quillmark_Quillmark.bundle"
+_USUAL_PLACES = ("/opt/homebrew/bin/exiftool", "/usr/local/bin/exiftool", "/usr/bin/exiftool")
+
+
+def install(prefix, exiftool=None, configuration=True):
+    """Puts the program under a prefix as a package does, and gives its executable.
+
+    `exiftool` is the text of a shell script to ship as the program's own.
+    """
+    prefix = pathlib.Path(prefix)
+    bundle = prefix / "share" / "quillmark" / BUNDLE
+    bundle.mkdir(parents=True)
+    if configuration:
+        shutil.copy(build_folder() / BUNDLE / "quillmark.config", bundle)
+    if exiftool is not None:
+        script = bundle / "exiftool" / "exiftool"
+        script.parent.mkdir()
+        script.write_text(f"#!/bin/sh\n{exiftool}\n", encoding="utf-8")
+        script.chmod(0o755)
+    # A copy, since the program looks for its resources beside the file that it runs from.
+    executable = prefix / "bin" / "quillmark"
+    executable.parent.mkdir()
+    shutil.copy(build_folder() / "bin" / "quillmark", executable)
+    return executable
+
+
+class HeldExiftool:
+    """An exiftool that waits to be let go before it starts its real work."""
+
+    def __init__(self, folder):
+        self._started = folder / "started"
+        self._gate = folder / "gate"
+        os.mkfifo(self._gate)
+
+    def script(self, then='exec /usr/bin/exiftool "$@"'):
+        return f"echo $$ > '{self._started}'\nread line < '{self._gate}'\n{then}"
+
+    def wait_until_started(self):
+        """Waits for it, and gives its process id."""
+        text = wait_until(lambda: self._started.exists() and self._started.read_text("ascii"),
+                          "exiftool to be started")
+        return int(text)
+
+    def let_go(self):
+        self._gate.write_text("go\n", encoding="ascii")
+
+
+def is_running(pid):
+    """Whether a process exists and has not ended yet."""
+    try:
+        status = pathlib.Path("/proc", str(pid), "stat").read_text("ascii")
+    except FileNotFoundError:
+        return False
+    return status.rpartition(")")[2].split()[0] not in "ZX"
+
+
+def without_exiftool():
+    """A command to put before a program so that it finds no exiftool in the usual places."""
+    hide = "".join(
+        f"mount --bind /dev/null {place} && " for place in _USUAL_PLACES if os.path.exists(place)
+    )
+    return ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
+            "sh", "-c", f'{hide}exec "$@"', "sh"]
