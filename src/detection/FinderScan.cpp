@@ -220,7 +220,8 @@ private:
 
     float levelAt(int first, int end) const
     {
-        return static_cast<float>(m_picture.row(m_y)[(first + end) / 2]);
+        const int middle = (first + end) / 2;
+        return static_cast<float>(m_picture.row(m_y)[middle]);
     }
 
     void refine(const int *edges, const std::vector<std::int16_t> &flat)
@@ -251,7 +252,7 @@ private:
         mark.isDark = isDark;
         mark.threshold = (inner + ring) / 2.0F;
         mark.contrast = contrast;
-        check(static_cast<int>((positions[2] + positions[3]) / 2.0F + 0.5F), *module, mark);
+        check(static_cast<int>(std::lround((positions[2] + positions[3]) / 2.0F)), *module, mark);
     }
 
     /// Checks a pattern whose middle the row crosses at x in the other directions.
