@@ -34,6 +34,11 @@ Item {
         anchors.fill: parent
         anchors.margins: 40
         onFileChanged: loader.show()
+        onStatusChanged: {
+            if (loader.status === Loader.Error) {
+                Qt.exit(1);
+            }
+        }
         Component.onCompleted: loader.show()
 
         function show(): void {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Accessibility.h"
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
@@ -64,6 +65,7 @@ int main(int argc, char **argv)
     // free: the list is ready by the time that the first text is laid out.
     const std::jthread fontList([] { QFontDatabase::families(); });
 
+    quillmark::installAccessibility();
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
