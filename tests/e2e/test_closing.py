@@ -105,15 +105,6 @@ class Closing(WindowCase):
         program.close_window()
         self.assertEqual(program.wait_for_end(AT_ONCE), 0)
 
-    def test_open_chooser_does_not_keep_the_program(self):
-        program = self.open()
-        program.press("CHOOSE FOLDER")
-        program.find("Ingest")
-
-        program.close_window()
-
-        self.assertEqual(program.wait_for_end(AT_ONCE), 0)
-
 
 if __name__ == "__main__":
     unittest.main()
