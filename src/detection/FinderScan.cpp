@@ -243,7 +243,8 @@ private:
         const float inner = levelAt(middle);
         const float ring =
             (levelAt(m_edges[1] + runs[1] / 2.0F) + levelAt(m_edges[3] + runs[3] / 2.0F)) / 2.0F;
-        if ((isDark ? ring - inner : inner - ring) < leastContrast) {
+        const float contrast = isDark ? ring - inner : inner - ring;
+        if (contrast < leastContrast) {
             return;
         }
         const float threshold = (inner + ring) / 2.0F;
@@ -264,8 +265,16 @@ private:
         if (diagonals == 0) {
             return;
         }
-        m_marks.add({x + 0.5 + across->offset, m_y + 0.5 + down->offset,
-                     (across->module + down->module) / 2.0, isDark, 1, diagonals});
+        FinderMark mark;
+        mark.x = x + 0.5 + across->offset;
+        mark.y = m_y + 0.5 + down->offset;
+        mark.module = (across->module + down->module) / 2.0;
+        mark.isDark = isDark;
+        mark.threshold = threshold;
+        mark.contrast = contrast;
+        mark.hits = 1;
+        mark.diagonals = diagonals;
+        m_marks.add(mark);
     }
 
     /// Lines through the middle of squares in squares meet them in the same proportion in

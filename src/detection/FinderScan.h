@@ -13,10 +13,12 @@ namespace quillmark {
 struct FinderMark {
     double x = 0; ///< in pixels of the picture
     double y = 0;
-    double module = 0;  ///< pixels to one module
-    bool isDark = true; ///< dark on light
-    int hits = 0;       ///< scanned rows that crossed it
-    int diagonals = 0;  ///< along how many of the two the pattern repeats; at least 1
+    double module = 0;    ///< pixels to one module
+    bool isDark = true;   ///< dark on light
+    double threshold = 0; ///< grey level between the pattern's light and dark
+    double contrast = 0;  ///< grey levels from its light to its dark
+    int hits = 0;         ///< scanned rows that crossed it
+    int diagonals = 0;    ///< along how many of the two the pattern repeats; at least 1
 };
 
 /// Looks for finder patterns in both polarities: runs of 1 : 1 : 3 : 1 : 1 along a row that

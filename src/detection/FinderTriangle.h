@@ -19,6 +19,18 @@ struct FinderTriangle {
     double module = 0; ///< mean pixels to one module
     double misfit = 0; ///< 0 is a perfect right-angled isosceles triangle
 
+    /// Moves the triangle by so many pixels, and then makes it larger by a factor: from a
+    /// picture to a copy of it, or back.
+    void transform(double right, double down, double factor)
+    {
+        for (FinderMark *mark : {&corner, &first, &second}) {
+            mark->x = (mark->x + right) * factor;
+            mark->y = (mark->y + down) * factor;
+            mark->module *= factor;
+        }
+        module *= factor;
+    }
+
     /// The parallelogram's fourth corner: about where the code's fourth corner is.
     PixelPoint opposite() const
     {

@@ -4,7 +4,6 @@
 #include "detection/FrameCopy.h"
 
 #include "detection/Sharpen.h"
-#include "detection/SymbolCheck.h"
 #include "detection/TwoThreads.h"
 
 #include <algorithm>
@@ -18,24 +17,15 @@ namespace {
 
 constexpr std::size_t worthAThread = 300'000; // pixels: about a millisecond of reading
 
-std::vector<QrSymbol> readDarkOnLight(const LumaView &picture, QrEffort effort)
-{
-    std::vector<QrSymbol> symbols = decodeQrSymbols(picture, effort);
-    std::erase_if(symbols, [&picture](const QrSymbol &symbol) {
-        return !symbol.text && !looksLikeQrSymbol(picture, symbol.corners);
-    });
-    return symbols;
-}
-
 std::vector<QrSymbol> readLightOnDark(LumaImage image, QrEffort effort)
 {
     invert(image);
-    return readDarkOnLight(image, effort);
+    return decodeQrSymbols(image, effort);
 }
 
 std::vector<QrSymbol> readBoth(const LumaImage &image, QrEffort effort)
 {
-    const auto asItIs = [&] { return readDarkOnLight(image, effort); };
+    const auto asItIs = [&] { return decodeQrSymbols(image, effort); };
     const auto inverted = [&] { return readLightOnDark(image, effort); };
     auto [symbols, negatives] = image.pixels.size() < worthAThread ? std::pair(asItIs(), inverted())
                                                                    : runBoth(asItIs, inverted);
@@ -47,7 +37,7 @@ std::vector<QrSymbol> readImage(LumaImage image, Polarity polarity, QrEffort eff
 {
     switch (polarity) {
     case Polarity::darkOnLight:
-        return readDarkOnLight(image, effort);
+        return decodeQrSymbols(image, effort);
     case Polarity::lightOnDark:
         return readLightOnDark(std::move(image), effort);
     case Polarity::both:
@@ -63,7 +53,7 @@ try {
     std::vector<QrSymbol> symbols = readImage(std::move(copy.image), polarity, effort);
     for (QrSymbol &symbol : symbols) {
         for (PixelPoint &corner : symbol.corners) {
-            corner = {copy.left + corner.x * copy.scale, copy.top + corner.y * copy.scale};
+            corner = copy.toFrame(corner);
         }
     }
     return symbols;

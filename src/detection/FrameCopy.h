@@ -17,15 +17,20 @@ struct FrameCopy {
     double scale = 1; ///< pixels of the frame to one pixel of the copy
     double left = 0;  ///< where the copy's top left corner lies on the frame
     double top = 0;
+
+    PixelPoint toFrame(PixelPoint onCopy) const
+    {
+        return {left + onCopy.x * scale, top + onCopy.y * scale};
+    }
 };
 
 /// Which codes a look is for.
 enum class Polarity { darkOnLight, lightOnDark, both };
 
-/// Reads the codes on a copy. Corners are in pixels of the frame; symbols without text are
-/// left out unless they stand a check of their patterns. Large copies are read in both
-/// polarities at the same time, on a second thread. Takes up to three bytes for a pixel of
-/// the copy more than the copy. Gives what it could where memory is short; never throws.
+/// Reads the codes on a copy; corners are in pixels of the frame. Large copies are read in
+/// both polarities at the same time, on a second thread. Takes up to three bytes for a
+/// pixel of the copy more than the copy. Gives what it could where memory is short; never
+/// throws.
 std::vector<QrSymbol> readCopy(FrameCopy copy, Polarity polarity, QrEffort effort) noexcept;
 
 } // namespace quillmark

@@ -31,9 +31,7 @@ QString textOf(ZXing::Result result)
 QrSymbol symbolOf(const ZXing::Result &result)
 {
     QrSymbol symbol;
-    if (result.isValid()) {
-        symbol.text = textOf(result);
-    }
+    symbol.text = textOf(result);
     for (std::size_t i = 0; i < symbol.corners.size(); ++i) {
         const ZXing::PointI corner = result.position()[i];
         symbol.corners[i] = {static_cast<double>(corner.x), static_cast<double>(corner.y)};
@@ -54,7 +52,6 @@ try {
     // The frame's copies in other sizes are made by the caller, better than the library's.
     hints.setTryDownscale(false);
     hints.setTryRotate(false);
-    hints.setReturnErrors(true);
     const ZXing::ImageView view(picture.pixels, picture.width, picture.height,
                                 ZXing::ImageFormat::Lum, static_cast<int>(picture.stride));
 

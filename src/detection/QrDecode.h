@@ -17,8 +17,7 @@ enum class QrEffort {
 };
 
 /// Reads the QR codes that are dark on light in a picture, upright, turned or mirrored,
-/// whose modules are about 2 to 15 pixels wide. Codes that were located but not understood
-/// come without text; most of these are no codes at all, see looksLikeQrSymbol.
+/// whose modules are about 2 to 15 pixels wide. All symbols that it gives have a text.
 /// Gives nothing where the picture is too small to hold a code or memory is short; never
 /// throws. Takes one byte a pixel more than the picture. Blocks; any thread.
 std::vector<QrSymbol> decodeQrSymbols(const LumaView &picture, QrEffort effort) noexcept;

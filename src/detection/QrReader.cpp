@@ -3,6 +3,7 @@
 
 #include "detection/QrReader.h"
 
+#include "detection/CodeTexture.h"
 #include "detection/FinderScan.h"
 #include "detection/FinderTriangle.h"
 #include "detection/FrameCopy.h"
@@ -13,7 +14,6 @@
 #include "detection/SymbolList.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <exception>
 #include <utility>
@@ -22,10 +22,10 @@
 namespace quillmark {
 namespace {
 
-constexpr std::size_t smallFrame = 3'000'000; // pixels
-constexpr std::size_t tinyFrame = 250'000;
+constexpr std::size_t smallPicture = 3'000'000; // pixels
+constexpr std::size_t tinyPicture = 250'000;
 constexpr std::size_t mostTriangles = 6;
-constexpr int scanReduction = 3; // from one size at which finders are looked for to the next
+constexpr int scanReduction = 3; // from one copy to the next
 constexpr int leastScannedSide = 60;
 constexpr int lookSharpening = 4; // quarters
 
@@ -44,11 +44,16 @@ public:
     /// text of another kind does not end the search: the slate may stand beside it.
     void run()
     {
-        if (lookAtReducedFinders() || lookAtFinders(m_frame, 1) || lookAtWholeFrame()) {
-            return;
+        makeCopies();
+        // Smallest first: it costs next to nothing.
+        for (std::size_t i = m_copies.size(); i-- > 0 && !isOver();) {
+            lookAtFinders(m_copies[i].first, m_copies[i].second);
         }
-        if (pixelCount(m_frame) <= tinyFrame) {
-            lookAtEnlarged();
+        if (!isOver()) {
+            lookAtFinders(m_frame, 1);
+        }
+        if (!isOver()) {
+            lookAtWhole();
         }
     }
 
@@ -57,86 +62,67 @@ public:
 private:
     bool isOver() const { return m_symbols.hasObjectText(); }
 
-    bool add(std::vector<QrSymbol> symbols)
+    void add(std::vector<QrSymbol> symbols)
     {
         for (QrSymbol &symbol : symbols) {
             m_symbols.add(std::move(symbol));
         }
-        return isOver();
     }
 
-    /// Reads where finder patterns stand in a triangle on a copy of the frame.
-    bool lookAtFinders(const LumaView &copy, int scale)
+    /// Copies in which larger modules have a size that the scan for finders sees.
+    void makeCopies()
     {
-        const int rowStep = scale == 1 && pixelCount(copy) > smallFrame ? 4 : 2;
-        const std::vector<FinderMark> marks = scanForFinders(copy, rowStep);
-        for (FinderTriangle triangle : findTriangles(marks, mostTriangles)) {
-            for (FinderMark *mark : {&triangle.corner, &triangle.first, &triangle.second}) {
-                mark->x *= scale;
-                mark->y *= scale;
-                mark->module *= scale;
-            }
-            triangle.module *= scale;
-            add(readRegion(m_frame, triangle));
-        }
-        return isOver();
-    }
-
-    /// The same on copies in which larger modules have a size that the scan sees, smallest
-    /// copy first: it costs next to nothing.
-    bool lookAtReducedFinders()
-    {
-        std::vector<std::pair<LumaImage, int>> copies;
         int scale = scanReduction;
         LumaView last = m_frame;
         while (std::min(last.width, last.height) >= scanReduction * leastScannedSide) {
-            copies.emplace_back(reduceByBox(last, scanReduction), scale);
-            last = copies.back().first;
+            m_copies.emplace_back(reduceByBox(last, scanReduction), scale);
+            last = m_copies.back().first;
             scale *= scanReduction;
         }
-        while (!copies.empty()) {
-            if (lookAtFinders(copies.back().first, copies.back().second)) {
-                return true;
-            }
-            copies.pop_back();
-        }
-        return false;
     }
 
-    /// The library's own search on sharpened copies of the whole frame, as large as their
-    /// cost allows: it finds codes whose finder patterns are damaged.
-    bool lookAtWholeFrame()
+    /// Reads where finder patterns stand in a triangle on a copy of the frame.
+    void lookAtFinders(const LumaView &copy, int scale)
     {
-        constexpr std::array reductions{1, 2, 3, 4, 6, 8, 12, 16};
-        constexpr std::size_t mostLooks = 2;
-        std::size_t looks = 0;
-        for (const int factor : reductions) {
-            const auto area = static_cast<std::size_t>(factor) * static_cast<std::size_t>(factor);
-            if (looks == mostLooks || pixelCount(m_frame) / area > smallFrame) {
-                continue;
-            }
-            ++looks;
-            FrameCopy copy{reduceByBox(m_frame, factor), 1.0 * factor};
-            sharpen(copy.image, lookSharpening);
-            if (add(readCopy(std::move(copy), Polarity::both, QrEffort::thorough))) {
-                return true;
+        const int rowStep = pixelCount(copy) > smallPicture ? 4 : 2;
+        const std::vector<FinderMark> marks = scanForFinders(copy, rowStep);
+        for (FinderTriangle triangle : findTriangles(marks, mostTriangles)) {
+            triangle.transform(0, 0, scale);
+            if (hasCodeTexture(m_frame, triangle)) {
+                add(readRegion(m_frame, triangle));
             }
         }
-        return false;
     }
 
-    /// Modules of one or two pixels in a small picture.
-    void lookAtEnlarged()
+    /// The library's own search over the whole frame: it finds codes whose finder patterns
+    /// are damaged, and what is too small for ours. Large frames are seen reduced only.
+    void lookAtWhole()
     {
+        if (pixelCount(m_frame) <= smallPicture) {
+            lookAtWhole({reduceByBox(m_frame, 1), 1});
+        }
+        for (auto &[copy, scale] : m_copies) {
+            if (pixelCount(copy) <= smallPicture && !isOver()) {
+                lookAtWhole({reduceByBox(copy, 2), 2.0 * scale});
+                lookAtWhole({std::move(copy), 1.0 * scale});
+                break;
+            }
+        }
         for (const int factor : {2, 4}) {
-            FrameCopy copy{enlarge(m_frame, factor), 1.0 / factor};
-            if (add(readCopy(std::move(copy), Polarity::both, QrEffort::thorough))) {
-                return;
+            if (pixelCount(m_frame) <= tinyPicture && !isOver()) {
+                lookAtWhole({enlarge(m_frame, factor), 1.0 / factor});
             }
         }
+    }
+
+    void lookAtWhole(FrameCopy copy)
+    {
+        sharpen(copy.image, lookSharpening);
+        add(readCopy(std::move(copy), Polarity::both, QrEffort::thorough));
     }
 
     LumaView m_frame;
+    std::vector<std::pair<LumaImage, int>> m_copies; ///< and how much smaller they are
     SymbolList m_symbols;
 };
 

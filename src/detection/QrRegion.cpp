@@ -6,13 +6,13 @@
 #include "detection/FrameCopy.h"
 #include "detection/Reduce.h"
 #include "detection/Sharpen.h"
+#include "detection/SymbolCheck.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <exception>
-#include <iterator>
-#include <utility>
+#include <optional>
 
 namespace quillmark {
 namespace {
@@ -30,6 +30,8 @@ struct Preparation {
 /// In the order of what they read first in trials: little is left for the later ones.
 constexpr std::array<Preparation, 8> preparations{
     {{4, 8}, {5, 4}, {3, 8}, {7, 4}, {2, 4}, {3, 14}, {4, 4}, {10, 4}}};
+
+constexpr Preparation forChecking{5, 2};
 
 struct Rectangle {
     int left;
@@ -75,22 +77,36 @@ FrameCopy prepareCopy(const LumaView &frame, const FinderTriangle &triangle,
     return copy;
 }
 
+/// The code of the triangle, without text, if there is one.
+std::vector<QrSymbol> findUnread(const LumaView &frame, const FinderTriangle &triangle)
+{
+    const FrameCopy copy = prepareCopy(frame, triangle, forChecking);
+    FinderTriangle onCopy = triangle;
+    onCopy.transform(-copy.left, -copy.top, 1.0 / copy.scale);
+    std::optional<SymbolCorners> corners = findSymbol(copy.image, onCopy);
+    if (!corners) {
+        return {};
+    }
+    for (PixelPoint &corner : *corners) {
+        corner = copy.toFrame(corner);
+    }
+    return {{std::nullopt, *corners}};
+}
+
 } // namespace
 
 std::vector<QrSymbol> readRegion(const LumaView &frame, const FinderTriangle &triangle) noexcept
 try {
     const Polarity polarity =
         triangle.corner.isDark ? Polarity::darkOnLight : Polarity::lightOnDark;
-    std::vector<QrSymbol> notUnderstood;
     for (const Preparation &preparation : preparations) {
         std::vector<QrSymbol> symbols =
             readCopy(prepareCopy(frame, triangle, preparation), polarity, QrEffort::thorough);
-        if (std::ranges::any_of(symbols, [](const QrSymbol &s) { return s.text.has_value(); })) {
+        if (!symbols.empty()) {
             return symbols;
         }
-        std::ranges::move(symbols, std::back_inserter(notUnderstood));
     }
-    return notUnderstood;
+    return findUnread(frame, triangle);
 } catch (const std::exception &) {
     // Out of memory.
     return {};

@@ -13,9 +13,9 @@ namespace quillmark {
 
 /// Reads the code of a triangle of finder marks, both in pixels of the frame: the part of
 /// the frame around it is copied in sizes and sharpnesses that suit the decoder until one
-/// gives a text. Gives every symbol seen on the copy that did, or on the last ones, with
-/// corners in pixels of the frame; nothing where there is no code. Takes up to 24 million
-/// bytes for a while. Never throws; any thread.
+/// gives a text. Gives every code read on that copy, with corners in pixels of the frame;
+/// or one without text where there surely is a code that was not understood; or nothing.
+/// Takes up to 24 million bytes for a while. Never throws; any thread.
 std::vector<QrSymbol> readRegion(const LumaView &frame, const FinderTriangle &triangle) noexcept;
 
 } // namespace quillmark

@@ -6,7 +6,6 @@
 #include "detection/Perspective.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 namespace quillmark {
@@ -97,11 +96,11 @@ void forEachTimingModule(int side, const Visit &visit)
     }
 }
 
-bool passes(const ModuleProbe &probe, int side)
+bool passes(const ModuleProbe &probe, int side, bool isDark)
 {
     Agreement contrast;
     const auto sample = [&](int column, int row, bool dark) {
-        contrast.add(probe.at(column, row), dark);
+        contrast.add(probe.at(column, row), dark == isDark);
     };
     forEachFinderModule(side, sample);
     if (!contrast.hasContrast()) {
@@ -111,7 +110,7 @@ bool passes(const ModuleProbe &probe, int side)
     int right = 0;
     int all = 0;
     const auto count = [&](int column, int row, bool dark) {
-        right += (probe.at(column, row) < threshold) == dark ? 1 : 0;
+        right += (probe.at(column, row) < threshold) == (dark == isDark) ? 1 : 0;
         ++all;
     };
     forEachFinderModule(side, count);
@@ -124,23 +123,37 @@ bool passes(const ModuleProbe &probe, int side)
     return right >= leastTimingShare * all;
 }
 
+/// The corners of a code of the given side whose finder patterns the triangle marks.
+SymbolCorners cornersOf(const FinderTriangle &triangle, int side)
+{
+    const FinderMark &corner = triangle.corner;
+    // From the middle of one finder pattern to the next lie all modules but seven.
+    const double modules = side - finderSide;
+    const PixelPoint right{(triangle.first.x - corner.x) / modules,
+                           (triangle.first.y - corner.y) / modules};
+    const PixelPoint down{(triangle.second.x - corner.x) / modules,
+                          (triangle.second.y - corner.y) / modules};
+    const double before = finderSide / 2.0;
+    const double after = side - before;
+    const auto at = [&](double column, double row) {
+        return PixelPoint{corner.x + column * right.x + row * down.x,
+                          corner.y + column * right.y + row * down.y};
+    };
+    return {at(-before, -before), at(after, -before), at(after, after), at(-before, after)};
+}
+
 } // namespace
 
-bool looksLikeQrSymbol(const LumaView &picture, const SymbolCorners &corners) noexcept
+std::optional<SymbolCorners> findSymbol(const LumaView &picture, const FinderTriangle &triangle)
 {
-    const bool isInside = std::ranges::all_of(corners, [&](const PixelPoint &corner) {
-        return corner.x >= -1 && corner.y >= -1 && corner.x <= picture.width + 1 &&
-               corner.y <= picture.height + 1;
-    });
-    if (picture.isEmpty() || !isInside) {
-        return false;
-    }
     for (int side = smallestSide; side <= largestSide; side += sideStep) {
-        if (passes(ModuleProbe(picture, Perspective::ofSquare(side, corners)), side)) {
-            return true;
+        const SymbolCorners corners = cornersOf(triangle, side);
+        const ModuleProbe probe(picture, Perspective::ofSquare(side, corners));
+        if (passes(probe, side, triangle.corner.isDark)) {
+            return corners;
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 } // namespace quillmark

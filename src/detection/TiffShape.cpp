@@ -20,6 +20,9 @@ constexpr std::uint64_t maximumRowBytes = 64U << 20U;
 constexpr std::uint64_t tileBytesOnTrust = 64U << 20U;
 constexpr std::uint64_t tileBytesPerPixel = 8;
 
+/// More channels than any scanner has.
+constexpr int maximumChannels = 64;
+
 struct SampleFormat {
     SampleType type = SampleType::uint8;
     SamplePacking packing = SamplePacking::none;
@@ -151,7 +154,7 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, TiffShape &s
     shape.layout.channels = separate           ? shape.planes
                             : shape.hasUnits() ? 1 // of which only luma is handed out
                                                : channels;
-    if (channels < colourChannels(*kind)) {
+    if (channels < colourChannels(*kind) || channels > maximumChannels) {
         return false;
     }
     return *kind != SampleKind::palette || readPalette(tiff, shape.bits, shape.layout.palette);

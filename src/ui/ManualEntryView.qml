@@ -58,7 +58,7 @@ ColumnLayout {
             form: form
         }
         SlatePhotoPane {
-            Layout.preferredWidth: 360
+            Layout.minimumWidth: 360
             Layout.maximumWidth: 360
             Layout.fillHeight: true
             slateName: slateName.text

@@ -46,6 +46,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
         Layout.minimumHeight: 0
+        Layout.maximumHeight: Infinity
         spacing: 32
 
         PayloadInspector {
@@ -56,7 +57,8 @@ ColumnLayout {
             rows: root.rows
         }
         SummaryPanel {
-            Layout.preferredWidth: 240
+            Layout.minimumWidth: 240
+            Layout.maximumWidth: 240
             Layout.fillHeight: true
             Layout.maximumHeight: implicitHeight
             Layout.alignment: Qt.AlignTop
