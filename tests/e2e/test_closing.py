@@ -31,6 +31,12 @@ class Closing(WindowCase):
         self.assertTrue(is_running(child))
         self.assertTrue(program.is_running)
 
+    def assert_it_moves(self, program):
+        """Checks that the window goes on drawing while it waits."""
+        area = self.screen.geometry(program.window)
+        first = self.screen.pixels(*area)
+        wait_until(lambda: self.screen.pixels(*area) != first, "the progress indicator to turn")
+
     def setUp(self):
         super().setUp()
         self.roll = self.make_roll(frames=3, slate_at=1)
@@ -58,6 +64,8 @@ class Closing(WindowCase):
         program = self.open()
         self.drop(program, long_roll)
         program.wait_for("SCANNING")
+        self.assertEqual(program.texts(),
+                         ["Quillmark", "SCANNING", "LONG", "Locating slate frame…"])
         started = time.monotonic()
 
         program.close_window()
@@ -99,6 +107,7 @@ class Closing(WindowCase):
 
         self.assertEqual(program.texts(),
                          ["Quillmark", "EMBEDDING", "ROLL", "exiftool · 3 image(s)"])
+        self.assert_it_moves(program)
         exiftool.let_go()
 
         program.wait_for("METADATA EMBEDDED", WORK_DEADLINE)
