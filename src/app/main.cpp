@@ -4,6 +4,7 @@
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -13,6 +14,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
 
@@ -57,6 +59,10 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);
+
+    // Listing the installed fonts takes as long as loading the window, and both cores are
+    // free: the list is ready by the time that the first text is laid out.
+    const std::jthread fontList([] { QFontDatabase::families(); });
 
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
