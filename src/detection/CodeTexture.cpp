@@ -23,8 +23,8 @@ constexpr double mostChanges = 0.95;
 struct Line {
     PixelPoint from;
     PixelPoint along; ///< to its end
-    double fromThreshold;
-    double alongThreshold;
+    double fromThreshold = 0;
+    double alongThreshold = 0;
 };
 
 double changesPerModule(const LumaView &picture, const Line &line, double module, double band)

@@ -218,62 +218,68 @@ private:
                std::abs(7 * (edges[5] - edges[4]) - total) <= slack;
     }
 
-    void refine(const int *edges, const std::vector<std::int16_t> &flat)
+    float levelAt(int first, int end) const
     {
-        for (std::size_t i = 0; i < m_edges.size(); ++i) {
-            const auto x = static_cast<std::size_t>(edges[i]);
-            const auto rise = static_cast<float>(flat[x]);
-            m_edges[i] = static_cast<float>(x) - rise / (rise - static_cast<float>(flat[x - 1]));
-        }
-        const Runs runs{m_edges[1] - m_edges[0], m_edges[2] - m_edges[1], m_edges[3] - m_edges[2],
-                        m_edges[4] - m_edges[3], m_edges[5] - m_edges[4]};
-        const std::optional<float> module = finderModule(runs);
-        if (module && *module >= leastModule && *module <= largestModule) {
-            check(runs, flat[static_cast<std::size_t>(edges[2])] < 0, *module);
-        }
+        const int middle = (first + end) / 2;
+        return static_cast<float>(m_picture.row(m_y)[middle]);
     }
 
-    void check(const Runs &runs, bool isDark, float module)
+    void refine(const int *edges, const std::vector<std::int16_t> &flat)
     {
-        const auto levelAt = [this](float position) {
-            const int x = std::clamp(static_cast<int>(position + 0.5F), 0, m_picture.width - 1);
-            return static_cast<float>(m_picture.row(m_y)[x]);
-        };
-        const float middle = m_edges[2] + runs[2] / 2.0F;
-        const float inner = levelAt(middle);
+        const bool isDark = flat[static_cast<std::size_t>(edges[2])] < 0;
+        const float inner = levelAt(edges[2], edges[3] - 1);
         const float ring =
-            (levelAt(m_edges[1] + runs[1] / 2.0F) + levelAt(m_edges[3] + runs[3] / 2.0F)) / 2.0F;
+            (levelAt(edges[1], edges[2] - 1) + levelAt(edges[3], edges[4] - 1)) / 2.0F;
         const float contrast = isDark ? ring - inner : inner - ring;
         if (contrast < leastContrast) {
             return;
         }
-        const float threshold = (inner + ring) / 2.0F;
-        const int x = static_cast<int>(middle + 0.5F);
+        std::array<float, 6> positions{};
+        for (std::size_t i = 0; i < positions.size(); ++i) {
+            const auto x = static_cast<std::size_t>(edges[i]);
+            const auto rise = static_cast<float>(flat[x]);
+            positions[i] = static_cast<float>(x) - rise / (rise - static_cast<float>(flat[x - 1]));
+        }
+        Runs runs{};
+        for (std::size_t i = 0; i < runs.size(); ++i) {
+            runs[i] = positions[i + 1] - positions[i];
+        }
+        const std::optional<float> module = finderModule(runs);
+        if (!module || *module < leastModule || *module > largestModule) {
+            return;
+        }
+        FinderMark mark;
+        mark.isDark = isDark;
+        mark.threshold = (inner + ring) / 2.0F;
+        mark.contrast = contrast;
+        check(static_cast<int>(std::lround((positions[2] + positions[3]) / 2.0F)), *module, mark);
+    }
+
+    /// Checks a pattern whose middle the row crosses at x in the other directions.
+    void check(int x, float module, FinderMark &mark)
+    {
+        const auto threshold = static_cast<float>(mark.threshold);
         const Line column(m_picture, x, m_y, m_picture.stride, m_y, m_picture.height - 1 - m_y);
-        const std::optional<Crossing> down = crossFinder(column, isDark, threshold, module);
+        const std::optional<Crossing> down = crossFinder(column, mark.isDark, threshold, module);
         if (!down) {
             return;
         }
         // Back across, through the middle that the column gave.
         const int y = m_y + static_cast<int>(std::lround(down->offset));
         const Line row(m_picture, x, y, 1, x, m_picture.width - 1 - x);
-        const std::optional<Crossing> across = crossFinder(row, isDark, threshold, down->module);
+        const std::optional<Crossing> across =
+            crossFinder(row, mark.isDark, threshold, down->module);
         if (!across) {
             return;
         }
-        const int diagonals = diagonalCrossings(x, y, isDark, threshold, across->module);
-        if (diagonals == 0) {
+        mark.diagonals = diagonalCrossings(x, y, mark.isDark, threshold, across->module);
+        if (mark.diagonals == 0) {
             return;
         }
-        FinderMark mark;
         mark.x = x + 0.5 + across->offset;
         mark.y = m_y + 0.5 + down->offset;
         mark.module = (across->module + down->module) / 2.0;
-        mark.isDark = isDark;
-        mark.threshold = threshold;
-        mark.contrast = contrast;
         mark.hits = 1;
-        mark.diagonals = diagonals;
         m_marks.add(mark);
     }
 
@@ -298,7 +304,6 @@ private:
     const LumaView &m_picture;
     int m_y;
     Marks &m_marks;
-    std::array<float, 6> m_edges{};
 };
 
 /// Scans the rows from the first one to before the end.

@@ -91,12 +91,9 @@ void addTriangles(const std::vector<FinderMark> &marks, std::vector<FinderTriang
 
 bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 {
-    const auto middle = [](const FinderTriangle &t) {
-        return PixelPoint{(t.first.x + t.second.x) / 2, (t.first.y + t.second.y) / 2};
-    };
     const double size = distance(b.first, b.second);
     return a.corner.isDark == b.corner.isDark &&
-           std::hypot(middle(a).x - middle(b).x, middle(a).y - middle(b).y) < 0.15 * size &&
+           std::hypot(a.middle().x - b.middle().x, a.middle().y - b.middle().y) < 0.15 * size &&
            std::hypot(a.corner.x - b.corner.x, a.corner.y - b.corner.y) < 0.15 * size;
 }
 

@@ -31,6 +31,9 @@ struct FinderTriangle {
         module *= factor;
     }
 
+    /// The middle of the code.
+    PixelPoint middle() const { return {(first.x + second.x) / 2, (first.y + second.y) / 2}; }
+
     /// The parallelogram's fourth corner: about where the code's fourth corner is.
     PixelPoint opposite() const
     {

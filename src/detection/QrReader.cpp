@@ -27,7 +27,7 @@ constexpr std::size_t tinyPicture = 250'000;
 constexpr std::size_t mostTriangles = 6;
 constexpr int scanReduction = 3; // from one copy to the next
 constexpr int leastScannedSide = 60;
-constexpr int lookSharpening = 4; // quarters
+constexpr int copySharpening = 8; // quarters
 
 std::size_t pixelCount(const LumaView &picture)
 {
@@ -45,21 +45,29 @@ public:
     void run()
     {
         makeCopies();
-        // Smallest first: it costs next to nothing.
-        for (std::size_t i = m_copies.size(); i-- > 0 && !isOver();) {
-            lookAtFinders(m_copies[i].first, m_copies[i].second);
-        }
+        lookAtCopies([this](const Copy &copy) { lookAtFinders(copy.image, copy.scale); });
         if (!isOver()) {
             lookAtFinders(m_frame, 1);
         }
         if (!isOver()) {
-            lookAtWhole();
+            sharpenCopies();
+        }
+        lookAtCopies([this](const Copy &copy) { lookAtFinders(copy.image, copy.scale); });
+        lookAtCopies([this](const Copy &copy) { lookAtWhole(copy); });
+        if (!isOver() && pixelCount(m_frame) <= tinyPicture) {
+            lookAtEnlarged();
         }
     }
 
     const SymbolList &symbols() const { return m_symbols; }
 
 private:
+    /// The frame at 1/scale of its size.
+    struct Copy {
+        LumaImage image;
+        int scale;
+    };
+
     bool isOver() const { return m_symbols.hasObjectText(); }
 
     void add(std::vector<QrSymbol> symbols)
@@ -69,15 +77,38 @@ private:
         }
     }
 
-    /// Copies in which larger modules have a size that the scan for finders sees.
+    /// In copies, larger modules have a size that the scan for finders sees.
     void makeCopies()
     {
         int scale = scanReduction;
         LumaView last = m_frame;
         while (std::min(last.width, last.height) >= scanReduction * leastScannedSide) {
-            m_copies.emplace_back(reduceByBox(last, scanReduction), scale);
-            last = m_copies.back().first;
+            m_copies.push_back({reduceByBox(last, scanReduction), scale});
+            last = m_copies.back().image;
             scale *= scanReduction;
+        }
+    }
+
+    /// Sharpening makes the patterns of soft codes stand out, and is for what is left over:
+    /// of the frame itself only where it is small.
+    void sharpenCopies()
+    {
+        std::erase_if(m_copies,
+                      [](const Copy &copy) { return pixelCount(copy.image) > smallPicture; });
+        if (pixelCount(m_frame) <= smallPicture) {
+            m_copies.insert(m_copies.begin(), {reduceByBox(m_frame, 1), 1});
+        }
+        for (Copy &copy : m_copies) {
+            sharpen(copy.image, copySharpening);
+        }
+    }
+
+    /// Smallest copy first: it costs next to nothing.
+    template <typename Look>
+    void lookAtCopies(const Look &look)
+    {
+        for (auto copy = m_copies.rbegin(); copy != m_copies.rend() && !isOver(); ++copy) {
+            look(*copy);
         }
     }
 
@@ -88,41 +119,31 @@ private:
         const std::vector<FinderMark> marks = scanForFinders(copy, rowStep);
         for (FinderTriangle triangle : findTriangles(marks, mostTriangles)) {
             triangle.transform(0, 0, scale);
-            if (hasCodeTexture(m_frame, triangle)) {
+            if (!m_symbols.hasTextAt(triangle.middle()) && hasCodeTexture(m_frame, triangle)) {
                 add(readRegion(m_frame, triangle));
             }
         }
     }
 
     /// The library's own search over the whole frame: it finds codes whose finder patterns
-    /// are damaged, and what is too small for ours. Large frames are seen reduced only.
-    void lookAtWhole()
+    /// are damaged.
+    void lookAtWhole(const Copy &copy)
     {
-        if (pixelCount(m_frame) <= smallPicture) {
-            lookAtWhole({reduceByBox(m_frame, 1), 1});
-        }
-        for (auto &[copy, scale] : m_copies) {
-            if (pixelCount(copy) <= smallPicture && !isOver()) {
-                lookAtWhole({reduceByBox(copy, 2), 2.0 * scale});
-                lookAtWhole({std::move(copy), 1.0 * scale});
-                break;
-            }
-        }
-        for (const int factor : {2, 4}) {
-            if (pixelCount(m_frame) <= tinyPicture && !isOver()) {
-                lookAtWhole({enlarge(m_frame, factor), 1.0 / factor});
-            }
-        }
+        const QrEffort effort = copy.scale == 1 ? QrEffort::thorough : QrEffort::quick;
+        add(readCopy({copy.image, 1.0 * copy.scale}, Polarity::both, effort));
     }
 
-    void lookAtWhole(FrameCopy copy)
+    /// Modules of one or two pixels in a small picture.
+    void lookAtEnlarged()
     {
-        sharpen(copy.image, lookSharpening);
-        add(readCopy(std::move(copy), Polarity::both, QrEffort::thorough));
+        for (const int factor : {2, 4}) {
+            add(readCopy({enlarge(m_frame, factor), 1.0 / factor}, Polarity::both,
+                         QrEffort::thorough));
+        }
     }
 
     LumaView m_frame;
-    std::vector<std::pair<LumaImage, int>> m_copies; ///< and how much smaller they are
+    std::vector<Copy> m_copies;
     SymbolList m_symbols;
 };
 

@@ -103,6 +103,7 @@ LumaImage reduceToSevenTenths(const LumaView &picture)
     std::vector<std::uint16_t> sums(static_cast<std::size_t>(picture.width) + 2);
     const std::span<std::uint16_t> columns(sums.data(), static_cast<std::size_t>(picture.width));
     std::vector<Cover> covers;
+    covers.reserve(static_cast<std::size_t>(reduced.width));
     for (int x = 0; x < reduced.width; ++x) {
         covers.push_back(sevenTenthsCover(x));
     }

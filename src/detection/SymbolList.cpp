@@ -66,6 +66,13 @@ bool SymbolList::hasObjectText() const
     });
 }
 
+bool SymbolList::hasTextAt(PixelPoint place) const
+{
+    return std::ranges::any_of(m_symbols, [place](const QrSymbol &symbol) {
+        return symbol.text && contains(symbol.corners, place);
+    });
+}
+
 std::vector<std::optional<QString>> SymbolList::texts() const
 {
     std::vector<std::optional<QString>> texts;

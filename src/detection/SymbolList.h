@@ -21,6 +21,9 @@ public:
     /// Whether a text was read that can be a JSON object: nothing else is a slate.
     bool hasObjectText() const;
 
+    /// Whether a text was read from a code that covers a place.
+    bool hasTextAt(PixelPoint place) const;
+
     std::vector<std::optional<QString>> texts() const;
 
 private:

@@ -157,8 +157,8 @@ TEST(SymbolCheck, patternsWithoutTimingBetweenThemAreNoCode)
 {
     test::QrMatrix code = encodeQr(content, test::QrLevel::M, 5);
     for (int i = 8; i < code.size - 8; ++i) {
-        code.cells[static_cast<std::size_t>(6 * code.size + i)] = 1;
-        code.cells[static_cast<std::size_t>(i * code.size + 6)] = 1;
+        code.cellAt(i, 6) = 1;
+        code.cellAt(6, i) = 1;
     }
     const LumaImage image = drawCode(code, 4);
     EXPECT_FALSE(findSymbol(image, triangleOf(code, image, 4)).has_value());

@@ -23,7 +23,7 @@ using testing::IsEmpty;
 using testing::Optional;
 using testing::UnorderedElementsAre;
 
-const QByteArray slate = "{\"version\":2,\"session_id\":\"a1b2\",\"iso\":400}";
+const QByteArray slate = R"({"version":2,"session_id":"a1b2","iso":400})";
 const QString slateText = QString::fromUtf8(slate);
 
 auto isText(const QString &text)
@@ -102,10 +102,10 @@ TEST(QrReader, readsDenseCodes)
 TEST(QrReader, deliversEveryCodeOfAFrame)
 {
     const LumaImage both =
-        sideBySide(drawCode(encodeQr(slate), 4), drawCode(encodeQr("{\"version\":2}"), 5));
+        sideBySide(drawCode(encodeQr(slate), 4), drawCode(encodeQr(R"({"version":2})"), 5));
     EXPECT_THAT(
         readQrCodes(both, 1),
-        UnorderedElementsAre(Optional(slateText), Optional(QStringLiteral("{\"version\":2}"))));
+        UnorderedElementsAre(Optional(slateText), Optional(QStringLiteral(R"({"version":2})"))));
 }
 
 TEST(QrReader, deliversTwoCodesOfOneTextTwice)
@@ -128,10 +128,10 @@ TEST(QrReader, looksOnBesideACodeThatIsNoSlate)
 TEST(QrReader, readsADarkCodeBesideALightOne)
 {
     const LumaImage both = sideBySide(drawCode(encodeQr(slate), 4),
-                                      negativeOf(drawCode(encodeQr("{\"iso\":100}"), 4)));
+                                      negativeOf(drawCode(encodeQr(R"({"iso":100})"), 4)));
     EXPECT_THAT(
         readQrCodes(both, 1),
-        UnorderedElementsAre(Optional(slateText), Optional(QStringLiteral("{\"iso\":100}"))));
+        UnorderedElementsAre(Optional(slateText), Optional(QStringLiteral(R"({"iso":100})"))));
 }
 
 TEST(QrReader, namesACodeThatCannotBeUnderstoodWithoutText)
@@ -141,8 +141,8 @@ TEST(QrReader, namesACodeThatCannotBeUnderstoodWithoutText)
     for (int row = 9; row < code.size; ++row) {
         for (int column = 9; column < code.size; ++column) {
             if (column < code.size - 8 || row > 8) {
-                const auto at = static_cast<std::size_t>(row * code.size + column);
-                code.cells[at] = static_cast<std::uint8_t>((row * 7 + column * column / 3) % 2);
+                code.cellAt(column, row) =
+                    static_cast<std::uint8_t>((row * 7 + column * column / 3) % 2);
             }
         }
     }

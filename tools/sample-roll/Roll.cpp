@@ -8,6 +8,8 @@
 #include "support/simulator/SlateFrame.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <exception>
 #include <map>
 #include <mutex>
@@ -61,8 +63,8 @@ RollFormat formatOf(const RollOptions &options, int number)
     if (options.format != RollFormat::mixed) {
         return options.format;
     }
-    constexpr RollFormat turns[] = {RollFormat::jpeg, RollFormat::tiff8, RollFormat::tiff16};
-    return turns[(number - 1) % 3];
+    constexpr std::array turns{RollFormat::jpeg, RollFormat::tiff8, RollFormat::tiff16};
+    return turns[static_cast<std::size_t>(number - 1) % turns.size()];
 }
 
 std::filesystem::path nameOf(int number, int frames, RollFormat format)
@@ -161,7 +163,9 @@ void makeRoll(const RollOptions &options, const std::function<void(const std::st
     };
     {
         std::vector<std::jthread> workers;
-        for (int i = 0; i < std::min(options.jobs, options.frames); ++i) {
+        const int count = std::min(options.jobs, options.frames);
+        workers.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) {
             workers.emplace_back(work);
         }
     }

@@ -22,7 +22,7 @@ constexpr int largestSide = 60000;
 
 UsageError usageError(const QString &text)
 {
-    return UsageError(text.toStdString());
+    return UsageError{text.toStdString()};
 }
 
 /// A parser that knows the program's options and gives their values as numbers.

@@ -182,8 +182,10 @@ Overlay renderCard(const QrMatrix &code, const CardPose &pose, int frameWidth, i
                 int covered = 0;
                 int inked = 0;
                 for (int i = 0; i < subsamples * subsamples; ++i) {
-                    const double subX = (i % subsamples + 0.5) / subsamples;
-                    const double subY = (i / subsamples + 0.5) / subsamples;
+                    const int subColumn = i % subsamples;
+                    const int subRow = i / subsamples;
+                    const double subX = (subColumn + 0.5) / subsamples;
+                    const double subY = (subRow + 0.5) / subsamples;
                     const Point p = toSheet.map({overlay.left + x + subX, overlay.top + y + subY});
                     if (sheet.covers(p)) {
                         ++covered;

@@ -48,14 +48,17 @@ void blurPlane(std::vector<float> &plane, int width, int height, const std::vect
         return std::span<float>(of).subspan(static_cast<std::size_t>(y) * columns, columns);
     };
 
+    const auto index = [reach](int shift) {
+        const int position = shift + reach;
+        return static_cast<std::size_t>(position);
+    };
     std::vector<float> down(plane.size());
     forEachBand(height, workers, [&](int first, int end) {
         for (int y = first; y < end; ++y) {
             const int from = std::max(0, y - reach);
             const int to = std::min(height - 1, y + reach);
             for (int source = from; source <= to; ++source) {
-                addScaled(rowOf(down, y), rowOf(plane, source),
-                          kernel[static_cast<std::size_t>(source - y + reach)]);
+                addScaled(rowOf(down, y), rowOf(plane, source), kernel[index(source - y)]);
             }
         }
     });
@@ -69,7 +72,7 @@ void blurPlane(std::vector<float> &plane, int width, int height, const std::vect
                 if (skip >= columns) {
                     continue;
                 }
-                const float weight = kernel[static_cast<std::size_t>(shift + reach)];
+                const float weight = kernel[index(shift)];
                 const std::size_t length = columns - skip;
                 if (shift < 0) {
                     addScaled(to.subspan(skip), from.first(length), weight);

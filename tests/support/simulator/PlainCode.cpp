@@ -30,11 +30,11 @@ void copyInto(LumaImage &to, const LumaImage &from, int left)
 
 LumaImage drawCode(const QrMatrix &code, int modulePixels, int quietModules)
 {
+    const std::ptrdiff_t border = static_cast<std::ptrdiff_t>(quietModules) * modulePixels;
     const int side = (code.size + 2 * quietModules) * modulePixels;
     LumaImage image = whiteImage(side, side);
     for (int row = 0; row < code.size * modulePixels; ++row) {
-        std::uint8_t *out =
-            image.row(row + quietModules * modulePixels) + quietModules * modulePixels;
+        std::uint8_t *out = image.row(row + quietModules * modulePixels) + border;
         for (int column = 0; column < code.size * modulePixels; ++column) {
             if (code.isDark(column / modulePixels, row / modulePixels)) {
                 out[column] = 0;

@@ -18,10 +18,14 @@ struct QrMatrix {
     int size = 0;                    ///< modules along one side
     std::vector<std::uint8_t> cells; ///< 1 is dark, by rows
 
-    bool isDark(int column, int row) const
+    std::uint8_t &cellAt(int column, int row) { return cells[index(column, row)]; }
+    bool isDark(int column, int row) const { return cells[index(column, row)] != 0; }
+
+private:
+    std::size_t index(int column, int row) const
     {
-        return cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(size) +
-                     static_cast<std::size_t>(column)] != 0;
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(size) +
+               static_cast<std::size_t>(column);
     }
 };
 

@@ -52,7 +52,7 @@ Scene::Scene(int width, int height, std::uint64_t seed, Clutter clutter)
         m_foliage.emplace_back(m_seed + 10 + octave, cell);
     }
 
-    const float size = static_cast<float>(std::min(width, height));
+    const auto size = static_cast<float>(std::min(width, height));
     for (int i = 0; i < 14; ++i) {
         m_blobs.push_back({random.between(0.0F, static_cast<float>(width)),
                            random.between(0.0F, static_cast<float>(height)),

@@ -98,7 +98,10 @@ void renderRows(const SimulatedFrame &frame, const Row &row)
 template <typename Sample>
 Sample sampleOf(float tone, float white)
 {
-    return static_cast<Sample>(std::clamp(tone, 0.0F, 1.0F) * white + 0.5F);
+    // A half is added by itself: rounding functions keep the loops from becoming vector code.
+    const float scaled = std::clamp(tone, 0.0F, 1.0F) * white;
+    constexpr float half = 0.5F;
+    return static_cast<Sample>(scaled + half);
 }
 
 } // namespace
