@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-// Not bound: the Loader of Qt 6.4 cannot instantiate bound components.
-// qmllint disable unqualified
+pragma ComponentBehavior: Bound
 
 import QtQuick
 import Quillmark
@@ -22,99 +21,28 @@ Item {
         }
     }
 
-    /// A screen that exists only in its state.
-    component Screen: Loader {
-        required property int shownIn
-
-        anchors.fill: parent
-        anchors.margins: 40
-        active: session.screen === shownIn
-    }
-
     Session {
         id: session
     }
 
-    Screen {
-        shownIn: Session.Idle
-        sourceComponent: DropZone {
-            onPicked: folder => session.openFolder(folder)
+    // By file, so that no screen costs anything before it is shown.
+    Loader {
+        id: loader
 
-            SettingsBar {
-                anchors.left: parent.left
-                anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                backupMode: session.backupMode
-                recursive: session.recursive
-                onBackupModePicked: rawMode => session.backupMode = rawMode
-                onRecursiveToggled: recursive => session.recursive = recursive
+        readonly property url file: session.screenName + "Screen.qml"
+
+        anchors.fill: parent
+        anchors.margins: 40
+        onFileChanged: loader.show()
+        onStatusChanged: {
+            if (loader.status === Loader.Error) {
+                Qt.exit(1);
             }
         }
-    }
-    Screen {
-        shownIn: Session.Scanning
-        sourceComponent: StatusView {
-            eyebrow: "SCANNING"
-            title: session.folderName
-            subtitle: "Locating slate frame\u2026"
-        }
-    }
-    Screen {
-        shownIn: Session.Ready
-        sourceComponent: PlanView {
-            folderName: session.folderName
-            slateName: session.slateName
-            rows: session.payloadRows
-            imageCount: session.imageCount
-            backupMode: session.plannedMode
-            onCancelled: session.reset()
-            onConfirmed: session.runIngest()
-        }
-    }
-    Screen {
-        shownIn: Session.DetectionFailed
-        sourceComponent: DetectionFailedView {
-            folderName: session.folderName
-            folder: session.folder
-            triedCount: session.triedCount
-            onCancelled: session.reset()
-            onSlatePicked: image => session.retryWithSlate(image)
-            onManualEntryChosen: session.enterManually()
-        }
-    }
-    Screen {
-        shownIn: Session.ManualEntry
-        sourceComponent: ManualEntryView {
-            folderName: session.folderName
-            folder: session.folder
-            initialSlateImage: session.slateImage
-            onCancelled: session.reset()
-            onSubmitted: form => session.submitManual(form)
-        }
-    }
-    Screen {
-        shownIn: Session.Writing
-        sourceComponent: StatusView {
-            eyebrow: "EMBEDDING"
-            title: session.folderName
-            subtitle: "exiftool \u00B7 " + session.imageCount + " image(s)"
-        }
-    }
-    Screen {
-        shownIn: Session.Done
-        sourceComponent: DoneView {
-            mutatedCount: session.mutatedCount
-            backupCount: session.backupCount
-            backupMode: session.plannedMode
-            onRevealed: session.revealFolder()
-            onReset: session.reset()
-        }
-    }
-    Screen {
-        shownIn: Session.Error
-        sourceComponent: ErrorView {
-            message: session.errorText
-            onReset: session.reset()
+        Component.onCompleted: loader.show()
+
+        function show(): void {
+            loader.setSource(loader.file, {session: session});
         }
     }
 }

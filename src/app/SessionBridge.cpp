@@ -8,6 +8,7 @@
 #include "manual/ManualEntryError.h"
 
 #include <QDesktopServices>
+#include <QMetaEnum>
 
 #include <variant>
 
@@ -49,6 +50,11 @@ SessionBridge::Screen SessionBridge::screen() const
 {
     static_assert(std::variant_size_v<Session::State> == static_cast<int>(Screen::Error) + 1);
     return static_cast<Screen>(m_viewModel.state().index());
+}
+
+QString SessionBridge::screenName() const
+{
+    return QLatin1String(QMetaEnum::fromType<Screen>().valueToKey(static_cast<int>(screen())));
 }
 
 const IngestPlan *SessionBridge::plan() const

@@ -24,6 +24,7 @@ class SessionBridge : public QObject
     Q_OBJECT
     QML_NAMED_ELEMENT(Session)
     Q_PROPERTY(Screen screen READ screen NOTIFY stateChanged)
+    Q_PROPERTY(QString screenName READ screenName NOTIFY stateChanged)
     Q_PROPERTY(QString folderName READ folderName NOTIFY stateChanged)
     Q_PROPERTY(QUrl folder READ folder NOTIFY stateChanged)
     Q_PROPERTY(QUrl slateImage READ slateImage NOTIFY stateChanged)
@@ -58,6 +59,8 @@ public:
     IngestViewModel &viewModel() { return m_viewModel; }
 
     Screen screen() const;
+    /// The screen's name in the enumeration.
+    QString screenName() const;
 
     /// Scanning to Done: the folder's last component in upper case.
     QString folderName() const;

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Accessibility.h"
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -13,6 +15,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
 
@@ -58,6 +61,11 @@ int main(int argc, char **argv)
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);
 
+    // Listing the installed fonts takes as long as loading the window, and both cores are
+    // free: the list is ready by the time that the first text is laid out.
+    const std::jthread fontList([] { QFontDatabase::families(); });
+
+    quillmark::installAccessibility();
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));

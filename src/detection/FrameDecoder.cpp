@@ -53,8 +53,8 @@ Levels findLevels(TiffFrame &frame, const SampleLuma &luma)
     int first = 0;
     frame.visitSome([&](const SampleRow &row) {
         luma.sample(row.samples, row.count, first, step, sampler);
-        // Not the same columns in every row: one of them may be defective. The step is a
-        // prime that few row lengths have in common.
+        // Not the same columns in every row: one of them may be defective. Any large prime
+        // does.
         first = (first + 7919) % step;
     });
     return std::move(sampler).levels();

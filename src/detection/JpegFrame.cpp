@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t app1Bytes = 65533;
 
-/// A block of 64 samples costs at least one bit in the scan of its mean values, and in a
-/// sequential file one more; this is more generous by half.
+/// A block of 64 samples costs at least one bit in the scan of its mean values; twice as many
+/// pixels leave room for a file that was cut short.
 constexpr std::uint64_t pixelsPerByte = 1024;
 
 /// What the coefficients of a file of several scans may take, which are all kept until the

@@ -8,7 +8,7 @@ namespace {
 
 /// libjpeg leaves its fast entropy decoder near the end of every buffer, so this one is
 /// large enough for that not to be noticed.
-constexpr std::size_t bufferBytes = 256U * 1024U;
+constexpr std::size_t bufferBytes = 256U << 10U;
 
 JpegSource &sourceOf(j_decompress_ptr info)
 {

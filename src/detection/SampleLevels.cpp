@@ -38,7 +38,7 @@ Levels LevelSampler::levels() &&
     if (m_samples.empty()) {
         return nominal;
     }
-    const std::size_t defects =
+    const auto defects =
         static_cast<std::size_t>(static_cast<double>(m_samples.size() - 1) * defectShare);
     const auto dark = m_samples.begin() + static_cast<std::ptrdiff_t>(defects);
     const auto light = m_samples.end() - 1 - static_cast<std::ptrdiff_t>(defects);
@@ -60,11 +60,11 @@ void applyLevels(const Levels &levels, const float *luma, int count, std::uint8_
     const float black = levels.black;
     const float scale = 255 / (levels.white - levels.black);
     for (int i = 0; i < count; ++i) {
-        const float value = (luma[i] - black) * scale;
+        const float value = (luma[i] - black) * scale + 0.5F;
         // In this order, what is no number fails both comparisons.
         const float lit = value > 0 ? value : 0;
         const float bounded = lit < 255 ? lit : 255;
-        out[i] = static_cast<std::uint8_t>(static_cast<int>(bounded + 0.5F));
+        out[i] = static_cast<std::uint8_t>(bounded);
     }
 }
 

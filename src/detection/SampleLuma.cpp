@@ -32,8 +32,8 @@ void lumaFromRgb(const Sample *samples, int channels, int count, Sample *out)
 {
     // Three in a row is by far the most frequent, and a constant stride can be vectorised.
     if (channels == 3) {
-        for (int i = 0; i < count; ++i) {
-            out[i] = weighted<Sample>(samples[3 * i], samples[3 * i + 1], samples[3 * i + 2]);
+        for (int i = 0; i < count; ++i, samples += 3) {
+            out[i] = weighted<Sample>(samples[0], samples[1], samples[2]);
         }
         return;
     }

@@ -245,8 +245,8 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
 
     const auto width = tiff.tag<std::uint32_t>(TIFFTAG_IMAGEWIDTH, 0);
     const auto height = tiff.tag<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);
-    const auto pixelBits = static_cast<std::uint64_t>(
-        shape.bits * tiff.tag<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1));
+    const std::uint64_t pixelBits = static_cast<std::uint64_t>(shape.bits) *
+                                    tiff.tag<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
     if (!isPlausibleSize(std::uint64_t{width} * height, fileBytes,
                          std::max<std::uint64_t>(bytesPerByte * 8 / pixelBits, 1))) {
         return std::nullopt;

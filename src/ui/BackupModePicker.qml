@@ -38,7 +38,7 @@ RowLayout {
                 Layout.fillHeight: true
                 Layout.maximumWidth: implicitWidth
                 text: mode.title
-                selected: root.selection === button.modelData
+                checked: root.selection === button.modelData
                 onClicked: root.picked(button.modelData)
 
                 BackupModeText {

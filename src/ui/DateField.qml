@@ -20,7 +20,8 @@ Item {
     ToggleSwitch {
         id: include
         anchors.verticalCenter: parent.verticalCenter
-        name: "DATE"
+        text: "DATE"
+        textVisible: false
         checked: root.form.includeDate
         onToggled: checked => root.form.includeDate = checked
         onActiveFocusChanged: {

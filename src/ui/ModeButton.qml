@@ -10,24 +10,22 @@ import Quillmark
 PlainButton {
     id: root
 
-    required property bool selected
+    required checked
 
+    kind: Control.Choice
     tracking: 2.5
     horizontalPadding: 14
     verticalPadding: 10
     wrapMode: Text.WordWrap
-    textColor: root.selected ? Theme.color.background : Theme.color.onSurface
+    textColor: root.checked ? Theme.color.background : Theme.color.onSurface
     // A focused button's frame lies over its neighbours.
     z: root.activeFocus ? 1 : 0
 
     Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: root.selected
-    Accessible.onToggleAction: root.press()
 
     Rectangle {
         anchors.fill: parent
         z: -1
-        color: root.selected ? Theme.color.primary : Theme.color.surfaceContainer
+        color: root.checked ? Theme.color.primary : Theme.color.surfaceContainer
     }
 }

@@ -4,13 +4,13 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Quillmark
 
-/// A button without a look of its own: a padded text that is clicked, pressed with the space
-/// or return key, or pressed through the accessibility tree.
-Item {
+/// A button without a look of its own: a padded text.
+Control {
     id: root
 
-    required property string text
+    required text
     property alias textColor: label.color
     property alias tracking: label.tracking
     property alias wrapMode: label.wrapMode
@@ -18,28 +18,12 @@ Item {
     property real horizontalPadding: 0
     property real verticalPadding: 0
 
-    signal clicked
-
     implicitWidth: Math.ceil(label.implicitWidth) + 2 * root.horizontalPadding
     implicitHeight: Math.ceil(label.implicitHeight) + 2 * root.verticalPadding
     opacity: tap.pressed ? 0.7 : 1.0
-    activeFocusOnTab: true
 
     Accessible.role: Accessible.Button
-    Accessible.name: root.text
-    Accessible.focusable: true
     Accessible.ignored: !root.visible
-    Accessible.onPressAction: root.press()
-
-    Keys.onSpacePressed: root.press()
-    Keys.onReturnPressed: root.press()
-    Keys.onEnterPressed: root.press()
-
-    function press(): void {
-        if (root.enabled) {
-            root.clicked();
-        }
-    }
 
     TapHandler {
         id: tap

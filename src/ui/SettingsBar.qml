@@ -33,7 +33,7 @@ ColumnLayout {
         ToggleSwitch {
             Layout.fillWidth: true
             Layout.maximumWidth: Math.ceil(implicitWidth)
-            label: "RECURSE INTO SUBFOLDERS"
+            text: "RECURSE INTO SUBFOLDERS"
             checked: root.recursive
             onToggled: checked => root.recursiveToggled(checked)
         }

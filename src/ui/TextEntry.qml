@@ -52,8 +52,7 @@ Rectangle {
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.name
-        Accessible.editable: true
-        Accessible.focusable: true
+        Accessible.ignored: !root.visible
     }
 
     StyledText {

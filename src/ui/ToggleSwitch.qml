@@ -6,43 +6,31 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// A switch, with its label beside it unless that is empty. The switch shows `checked` and
-/// asks for the other position with toggled(); whoever owns the value sets it.
-Item {
+/// A switch with its text beside it. It shows `checked` and asks for the other position with
+/// toggled(); whoever owns the value sets it.
+Control {
     id: root
 
-    property alias label: text.text
-    /// What assistive technology calls the switch.
-    property string name: root.label
-    required property bool checked
+    required text
+    required checked
+    /// Off where the text stands elsewhere.
+    property bool textVisible: true
 
     signal toggled(bool checked)
 
-    implicitWidth: track.width + (text.visible ? text.anchors.leftMargin + text.implicitWidth : 0)
-    implicitHeight: Math.max(track.height, text.implicitHeight)
-    activeFocusOnTab: true
+    kind: Control.Switch
+    onClicked: root.toggled(!root.checked)
+
+    implicitWidth: track.width
+                   + (label.visible ? label.anchors.leftMargin + label.implicitWidth : 0)
+    implicitHeight: Math.max(track.height, label.implicitHeight)
 
     Accessible.role: Accessible.CheckBox
-    Accessible.name: root.name
-    Accessible.focusable: true
-    Accessible.checkable: true
-    Accessible.checked: root.checked
-    Accessible.onPressAction: root.toggle()
-    Accessible.onToggleAction: root.toggle()
-
-    Keys.onSpacePressed: root.toggle()
-    Keys.onReturnPressed: root.toggle()
-    Keys.onEnterPressed: root.toggle()
-
-    function toggle(): void {
-        if (root.enabled) {
-            root.toggled(!root.checked);
-        }
-    }
+    Accessible.ignored: !root.visible
 
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.toggle()
+        onTapped: root.press()
     }
 
     Rectangle {
@@ -69,12 +57,13 @@ Item {
     }
 
     LabelText {
-        id: text
+        id: label
         anchors.left: track.right
         anchors.leftMargin: 8
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        visible: text.text.length > 0
+        visible: root.textVisible
+        text: root.text
         wrapMode: Text.WordWrap
         Accessible.ignored: true
     }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Accessibility.h"
 #include "support/TempDir.h"
 
 #include <QApplication>
@@ -20,6 +21,7 @@ int main(int argc, char **argv)
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     ::setenv("QT_QUICK_BACKEND", "software", 1);
     const QApplication application(argc, argv);
+    quillmark::installAccessibility();
     QApplication::setQuitOnLastWindowClosed(false);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -1,54 +1,35 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-#include "app/SessionBridge.h"
+#include "app/MainWindow.h"
 #include "app/Theme.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
 
 #include <QMimeData>
-#include <QQmlComponent>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QQuickWindow>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <memory>
 
 namespace quillmark {
 namespace {
 
 using Session = IngestViewModel;
 
-/// The whole window, as the program makes it.
-class Window : public ::testing::Test
+class Window : public test::MainWindow
 {
 protected:
     Window()
     {
-        m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        QQmlComponent main(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
-        m_window.reset(qobject_cast<QQuickWindow *>(main.create()));
-        if (!m_window) {
-            throw std::runtime_error(main.errorString().toStdString());
-        }
-        m_session = m_window->findChild<SessionBridge *>();
         QObject::connect(m_session, &SessionBridge::stateChanged, m_session, [this] {
-            if (const auto *scanning =
-                    std::get_if<Session::Scanning>(&m_session->viewModel().state())) {
+            const auto &state = m_session->viewModel().state();
+            if (const auto *scanning = std::get_if<Session::Scanning>(&state)) {
                 m_scanned.push_back(scanning->folder);
             }
         });
-        if (!QTest::qWaitForWindowExposed(m_window.get())) {
-            throw std::runtime_error("the window does not appear");
-        }
     }
-
-    void setState(Session::State state) { m_session->viewModel().setState(std::move(state)); }
 
     /// Every item that is shown.
     QList<QQuickItem *> shownItems() const
@@ -100,10 +81,7 @@ protected:
     }
     QPoint middle() const { return {m_window->width() / 2, m_window->height() / 3}; }
 
-    QQmlEngine m_engine;
     QSignalSpy m_exits{&m_engine, &QQmlEngine::exit};
-    std::unique_ptr<QQuickWindow> m_window;
-    SessionBridge *m_session = nullptr;
     std::vector<std::filesystem::path> m_scanned;
     QMimeData m_dragged;
 };

@@ -132,7 +132,14 @@ class Ingest(WindowCase):
 
         self.drop_and_fail(program, roll)
 
-        self.assertTrue(any(text.startswith("Tried 1 image — none") for text in program.texts()))
+        self.assertEqual(program.texts(), [
+            "Quillmark", "02 / SLATE NOT FOUND", "NO READABLE SLATE\nIN BOX",
+            "Tried 1 image — none contained a decodable Quillmark QR. Pick the slate frame "
+            "yourself, or skip the slate and enter the metadata manually.",
+            "CANCEL", "PICK SLATE FRAME", "ENTER MANUALLY  →",
+        ])
+        program.press("CANCEL")
+        program.wait_for("01 / INGEST A ROLL")
 
     def test_cancelled_plan_writes_nothing(self):
         roll = self.make_roll()

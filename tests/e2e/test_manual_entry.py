@@ -6,7 +6,7 @@ import datetime
 import unittest
 
 from harness import rolls, tags
-from harness.accessible import BUTTON, CHECK_BOX
+from harness.accessible import BUTTON, CHECK_BOX, LABEL
 from harness.case import WindowCase
 from harness.waiting import WORK_DEADLINE, wait_until
 
@@ -171,8 +171,21 @@ class ManualEntry(WindowCase):
         self.assertEqual(tags.read_tags(rolls.frames(elsewhere))[0].get("XMP-quillmark:Iso"),
                          None)
 
-    def test_form_is_named_after_the_folder(self):
-        self.assertIn("ROLL", self.open_form().texts())
+    def test_form_shows_its_sections_and_fields_in_order(self):
+        program = self.open_form()
+
+        labels = [item.name for item in program.tree.descendants()
+                  if item.name and item.role == LABEL]
+
+        self.assertEqual(labels, [
+            "02 / MANUAL ENTRY", "ROLL",
+            "CAMERA", "MAKE *", "MODEL *",
+            "FILM", "BRAND *", "STOCK *", "ISO *", "PUSH/PULL", "0",
+            "LENS", "MAKE", "MODEL", "FOCAL (mm)",
+            "ROLL", "PROJECT", "LOCATION", "ROLL NAME", "DATE", "NOTES",
+            "CREDIT", "ARTIST", "©",
+            "SLATE REFERENCE", "NO SLATE PHOTO ATTACHED",
+        ])
 
     def test_date_switch_is_a_switch(self):
         program = self.open_form()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Accessibility.h"
 #include "support/TempDir.h"
 
 #include <QApplication>
@@ -33,6 +34,7 @@ int main(int argc, char **argv)
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     ::setenv("QT_QUICK_BACKEND", "software", 1);
     const QApplication application(argc, argv);
+    quillmark::installAccessibility();
     Setup setup;
     return quick_test_main_with_setup(argc, argv, "qml", QUICK_TEST_SOURCE_DIR, &setup);
 }

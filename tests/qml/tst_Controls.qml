@@ -26,7 +26,7 @@ ScreenTest {
             }
             ToggleSwitch {
                 objectName: "switch"
-                label: "SWITCH"
+                text: "SWITCH"
                 checked: column.on
                 onToggled: checked => column.on = checked
             }
@@ -72,29 +72,5 @@ ScreenTest {
         compare(item.on, true);
         keyClick(Qt.Key_Return);
         compare(item.on, false);
-    }
-
-    function test_accessibility_data() {
-        return [
-            {tag: "FILLED", role: Accessible.Button},
-            {tag: "OUTLINED", role: Accessible.Button},
-        ];
-    }
-    function test_accessibility(data) {
-        show({});
-        compare(button(data.tag).Accessible.role, data.role);
-        compare(button(data.tag).Accessible.name, data.tag);
-        button(data.tag).Accessible.pressAction();
-        compare(item.clicks, 1);
-    }
-
-    function test_switchIsACheckBox() {
-        show({});
-        const control = findChild(item, "switch");
-        compare(control.Accessible.role, Accessible.CheckBox);
-        compare(control.Accessible.name, "SWITCH");
-        compare(control.Accessible.checked, false);
-        control.Accessible.toggleAction();
-        compare(control.Accessible.checked, true);
     }
 }

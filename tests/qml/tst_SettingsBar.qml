@@ -39,7 +39,7 @@ ScreenTest {
         show({backupMode: data.tag});
         for (const title of ["BACKUP ORIGINALS", "WRITE COPIES", "IN PLACE"]) {
             const selected = title === data.title;
-            compare(button(title).selected, selected, title);
+            compare(button(title).checked, selected, title);
             compareStyle(title, selected ? Theme.color.background : Theme.color.onSurface, 2.5,
                          Theme.font.label);
         }

@@ -59,9 +59,10 @@ int compressionTag(TiffCompression compression)
 void setPalette(TIFF *tiff, int bits)
 {
     const int count = 1 << bits;
-    std::vector<std::uint16_t> grey;
+    std::vector<std::uint16_t> grey(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
-        grey.push_back(static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1)));
+        grey[static_cast<std::size_t>(i)] =
+            static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1));
     }
     TIFFSetField(tiff, TIFFTAG_COLORMAP, grey.data(), grey.data(), grey.data());
 }

@@ -9,6 +9,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 BUTTON = "push button"
 CHECK_BOX = "check box"
+LABEL = "label"
 RADIO_BUTTON = "radio button"
 TEXT_FIELD = "text"
 

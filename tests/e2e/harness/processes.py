@@ -16,7 +16,8 @@ _libc = ctypes.CDLL(None, use_errno=True)
 
 
 def _end_with_parent():
-    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+    # Not SIGKILL: the launcher of the accessibility bus has that bus to end.
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM)
 
 
 def start(command, **options):

@@ -60,7 +60,7 @@ class Program:
 
     @property
     def is_shown(self):
-        return bool(self._main_window())
+        return self.window in self._screen.windows(self.pid)
 
     def close_window(self):
         self._screen.close_window(self.window)

@@ -68,8 +68,12 @@ class Screen:
 
     def colour(self, x, y):
         """The colour of a pixel as "#RRGGBB"."""
-        blue, green, red, _ = self._root.get_image(x, y, 1, 1, X.ZPixmap, 0xFFFFFFFF).data
+        blue, green, red, _ = self.pixels(x, y, 1, 1)
         return f"#{red:02X}{green:02X}{blue:02X}"
+
+    def pixels(self, x, y, width, height):
+        """The pixels of an area: blue, green, red and an unused byte each, row by row."""
+        return self._root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
 
     # --- pointer and keyboard ----------------------------------------------------
 
@@ -102,8 +106,10 @@ class Screen:
 
     def wait_for_focus(self, window):
         """Waits until the keyboard writes into a window."""
-        wait_until(lambda: (self._property(self._root, "_NET_ACTIVE_WINDOW") or [None])[0] == window,
-                   "the window to get the keyboard")
+        def active():
+            return self._property(self._root, "_NET_ACTIVE_WINDOW") or [None]
+
+        wait_until(lambda: active()[0] == window, "the window to get the keyboard")
 
     # --- inside ------------------------------------------------------------------
 

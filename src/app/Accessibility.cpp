@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Accessibility.h"
+
+#include "app/AccessibleField.h"
+#include "app/AccessibleItem.h"
+
+#include <QAccessible>
+
+namespace quillmark {
+namespace {
+
+QAccessibleInterface *makeInterface(const QString &className, QObject *object)
+{
+    // Asked for each class of an object, the most derived first.
+    if (className == QLatin1String("quillmark::Control")) {
+        return new AccessibleControl(qobject_cast<Control *>(object));
+    }
+    if (className == QLatin1String("QQuickTextInput")) {
+        return new AccessibleField(qobject_cast<QQuickItem *>(object));
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void installAccessibility()
+{
+    QAccessible::installFactory(&makeInterface);
+}
+
+} // namespace quillmark

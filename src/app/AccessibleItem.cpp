@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "app/AccessibleItem.h"
+
+#include <QQuickWindow>
+
+namespace quillmark {
+
+AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleObject(item) {}
+
+void *AccessibleItem::interface_cast(QAccessible::InterfaceType type)
+{
+    if (type == QAccessible::ActionInterface) {
+        return static_cast<QAccessibleActionInterface *>(this);
+    }
+    return nullptr;
+}
+
+QWindow *AccessibleItem::window() const
+{
+    return item()->window();
+}
+
+QRect AccessibleItem::rect() const
+{
+    if (!window()) {
+        return {};
+    }
+    const QRect inWindow = item()->mapRectToScene(item()->boundingRect()).toRect();
+    return {window()->mapToGlobal(inWindow.topLeft()), inWindow.size()};
+}
+
+QAccessible::State AccessibleItem::state() const
+{
+    const bool shown = item()->isVisible() && window() && window()->isVisible();
+    QAccessible::State state;
+    state.disabled = !item()->isEnabled();
+    state.focusable = item()->isEnabled();
+    state.focused = item()->hasActiveFocus();
+    state.invisible = !shown;
+    state.offscreen =
+        shown && !rect().intersects(QRect(window()->mapToGlobal(QPoint()), window()->size()));
+    return state;
+}
+
+QAccessibleInterface *AccessibleItem::parent() const
+{
+    return QAccessible::queryAccessibleInterface(window());
+}
+
+QAccessibleInterface *AccessibleItem::child(int /*index*/) const
+{
+    return nullptr;
+}
+
+int AccessibleItem::indexOfChild(const QAccessibleInterface * /*child*/) const
+{
+    return -1;
+}
+
+QStringList AccessibleItem::actionNames() const
+{
+    return {setFocusAction()};
+}
+
+void AccessibleItem::doAction(const QString &name)
+{
+    if (name == setFocusAction()) {
+        item()->forceActiveFocus(Qt::OtherFocusReason);
+    }
+}
+
+QStringList AccessibleItem::keyBindingsForAction(const QString & /*name*/) const
+{
+    return {};
+}
+
+AccessibleControl::AccessibleControl(Control *control) : AccessibleItem(control) {}
+
+QAccessible::Role AccessibleControl::role() const
+{
+    switch (control()->kind()) {
+    case Control::Button:
+        return QAccessible::Button;
+    case Control::Switch:
+        return QAccessible::CheckBox;
+    case Control::Choice:
+        return QAccessible::RadioButton;
+    }
+    return QAccessible::NoRole;
+}
+
+QString AccessibleControl::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Name ? control()->text() : QString();
+}
+
+QAccessible::State AccessibleControl::state() const
+{
+    QAccessible::State state = AccessibleItem::state();
+    state.checkable = control()->kind() != Control::Button;
+    state.checked = control()->isChecked();
+    return state;
+}
+
+QStringList AccessibleControl::actionNames() const
+{
+    if (control()->kind() == Control::Button) {
+        return {pressAction(), setFocusAction()};
+    }
+    return {toggleAction(), pressAction(), setFocusAction()};
+}
+
+void AccessibleControl::doAction(const QString &name)
+{
+    if (name == pressAction() || name == toggleAction()) {
+        control()->press();
+    } else {
+        AccessibleItem::doAction(name);
+    }
+}
+
+} // namespace quillmark

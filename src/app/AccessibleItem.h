@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/Control.h"
+
+#include <QAccessibleActionInterface>
+#include <QAccessibleObject>
+#include <QQuickItem>
+
+namespace quillmark {
+
+/// An item of the window without accessible children, as assistive technology sees it.
+class AccessibleItem : public QAccessibleObject, public QAccessibleActionInterface
+{
+public:
+    explicit AccessibleItem(QQuickItem *item);
+
+    void *interface_cast(QAccessible::InterfaceType type) override;
+    QWindow *window() const override;
+    QRect rect() const override;
+    QAccessible::State state() const override;
+
+    /// The window: items of this kind do not stand in one another.
+    QAccessibleInterface *parent() const override;
+    QAccessibleInterface *child(int index) const override;
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *child) const override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+    QStringList keyBindingsForAction(const QString &name) const override;
+
+protected:
+    QQuickItem *item() const { return static_cast<QQuickItem *>(object()); }
+};
+
+/// A button, switch or choice.
+class AccessibleControl : public AccessibleItem
+{
+public:
+    explicit AccessibleControl(Control *control);
+
+    QAccessible::Role role() const override;
+    QString text(QAccessible::Text kind) const override;
+    QAccessible::State state() const override;
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+
+private:
+    Control *control() const { return static_cast<Control *>(object()); }
+};
+
+} // namespace quillmark
