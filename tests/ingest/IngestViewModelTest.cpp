@@ -17,6 +17,7 @@
 
 #include <QProcess>
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -419,7 +420,72 @@ TEST_F(IngestViewModelTest, aFileThatVanishedBeforeTheRunIsNamed)
     EXPECT_THAT(in<Session::Error>(session).text.toStdString(), HasSubstr("03.tif"));
 }
 
-TEST_F(IngestViewModelTest, aReadOnlyTargetIsAnErrorAndLeavesTheRoll)
+TEST_F(IngestViewModelTest, aFolderThatVanishedBeforeTheRunIsAnError)
+{
+    fillRoll();
+    for (const BackupMode mode : allBackupModes) {
+        session.setBackupMode(mode);
+        await(session.scan(roll.path()));
+        fs::rename(roll.path(), roll.path().string() + "-elsewhere");
+        await(session.runIngest());
+        EXPECT_THAT(in<Session::Error>(session).text.toStdString(), HasSubstr("01.jpg"));
+        fs::remove_all(roll.path());
+        fs::rename(roll.path().string() + "-elsewhere", roll.path());
+    }
+}
+
+TEST_F(IngestViewModelTest, aKilledExiftoolDoesNotBlockTheNextRun)
+{
+    fillRoll();
+    scan();
+    const std::string leftover = (roll / "01.jpg").string() + "_exiftool_tmp";
+    standIn("echo half > '" + leftover + "'; kill -9 $$");
+    await(session.runIngest());
+    EXPECT_THAT(in<Session::Error>(session).text.toStdString(), HasSubstr("137"));
+    EXPECT_FALSE(fs::exists(leftover));
+
+    fs::remove_all(applicationFolder());
+    roll.write("01.jpg_exiftool_tmp", "left by a program that ended with its child");
+    scan();
+    await(session.runIngest());
+    EXPECT_NO_THROW(in<Session::Done>(session));
+    EXPECT_FALSE(fs::exists(leftover));
+}
+
+TEST_F(IngestViewModelTest, anAbandonedFormWritesNothing)
+{
+    const TempDir other;
+    const fs::path frame = writeFrame(roll / "01.jpg");
+    const std::string before = readFile(frame);
+    session.setState(Session::ManualEntry{roll.path(), {}});
+    QCoro::Task<> submitted = session.submitManual(test::minimalPayload());
+    session.setState(Session::ManualEntry{other.path(), {}});
+    await(std::move(submitted));
+    EXPECT_EQ(in<Session::ManualEntry>(session).folder, other.path());
+    EXPECT_EQ(readFile(frame), before);
+}
+
+TEST_F(IngestViewModelTest, aSessionMayEndBeforeItsWork)
+{
+    fillRoll();
+    auto brief = std::make_unique<Session>();
+    QCoro::Task<> scanning = brief->scan(roll.path());
+    brief.reset();
+    EXPECT_NO_THROW(await(std::move(scanning)));
+}
+
+TEST_F(IngestViewModelTest, theScanThatEndsLastSetsTheState)
+{
+    fillRoll();
+    const TempDir empty;
+    QCoro::Task<> longer = session.scan(roll.path());
+    QCoro::Task<> shorter = session.scan(empty.path());
+    await(std::move(shorter));
+    await(std::move(longer));
+    EXPECT_EQ(in<Session::Ready>(session).plan.folder, roll.path());
+}
+
+TEST_F(IngestViewModelTest, anOutputFolderThatCannotBeMadeIsAnErrorAndLeavesTheRoll)
 {
     fillRoll();
     const std::string original = readFile(roll / "01.jpg");

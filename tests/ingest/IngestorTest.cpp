@@ -17,6 +17,7 @@
 #include <chrono>
 #include <csignal>
 #include <stdexcept>
+#include <thread>
 
 namespace quillmark {
 namespace {
@@ -183,6 +184,41 @@ TEST(Ingestor, aDirectoryNamedLikeAnImageIsCopiedWhole)
         EXPECT_THAT(contents(roll / "_originals"),
                     UnorderedElementsAre("album.jpg", "album.jpg/a.jpg", "album.jpg/sub",
                                          "album.jpg/sub/b.jpg", "album.jpg/loop"));
+    }
+}
+
+TEST(Ingestor, aLinkToNowhereInsideADirectoryStaysALink)
+{
+    const TempDir roll;
+    roll.write("album.jpg/a.jpg", "A");
+    fs::create_symlink("nowhere", roll / "album.jpg" / "b.jpg");
+    Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_EQ(fs::read_symlink(roll / "_originals/album.jpg/b.jpg"), "nowhere");
+    EXPECT_EQ(readFile(roll / "_originals/album.jpg/a.jpg"), "A");
+}
+
+TEST(Ingestor, runsAtTheSameTimeDoNotMixTheirCopies)
+{
+    const TempDir roll;
+    constexpr int files = 20;
+    std::vector<Paths> sources(2);
+    for (std::size_t run = 0; run < sources.size(); ++run) {
+        for (int i = 0; i < files; ++i) {
+            const std::string name = std::to_string(run) + "-" + std::to_string(i) + ".jpg";
+            sources[run].push_back(roll.write(name, name));
+        }
+    }
+    {
+        std::vector<std::jthread> runs;
+        for (const Paths &own : sources) {
+            runs.emplace_back(
+                [&] { Ingestor::prepareFiles(own, roll.path(), BackupMode::backupOriginals); });
+        }
+    }
+    for (const Paths &own : sources) {
+        for (const fs::path &file : own) {
+            EXPECT_EQ(readFile(roll / "_originals" / file.filename()), file.filename().string());
+        }
     }
 }
 
