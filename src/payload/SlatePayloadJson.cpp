@@ -187,7 +187,13 @@ SlatePayload decodeSlatePayload(const QString &qrText)
     if (!qrText.isValidUtf16()) {
         throw SlateDecodeError::notJSON();
     }
-    SlatePayload payload = slatePayloadFromJson(qrText.toUtf8());
+    SlatePayload payload;
+    try {
+        payload = slatePayloadFromJson(qrText.toUtf8());
+    } catch (const SlateDecodeError &) {
+        // The text as it came: on the way through bytes it may lose a byte order mark.
+        throw SlateDecodeError::missingFields(qrText);
+    }
     if (payload.version != acceptedVersion) {
         throw SlateDecodeError::versionMismatch(payload.version);
     }
