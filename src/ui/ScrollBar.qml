@@ -22,7 +22,6 @@ Item {
     visible: root.flickable.contentHeight > root.flickable.height
 
     Accessible.role: Accessible.ScrollBar
-    Accessible.name: "SCROLL"
     Accessible.ignored: !root.visible
     Accessible.focusable: root.activeFocusOnTab
 
