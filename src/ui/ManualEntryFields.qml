@@ -19,6 +19,7 @@ ScrollPanel {
         onEntered: root.reveal(field)
     }
 
+    barOnTab: false
     spacing: 24
 
     FormSection {

@@ -27,10 +27,6 @@ ColumnLayout {
     ManualEntryForm {
         id: form
     }
-    FileNameText {
-        id: slateName
-        file: root.slateImage
-    }
 
     ColumnLayout {
         Layout.fillWidth: true
@@ -61,7 +57,7 @@ ColumnLayout {
             Layout.minimumWidth: 360
             Layout.maximumWidth: 360
             Layout.fillHeight: true
-            slateName: slateName.text
+            slateImage: root.slateImage
             onPickRequested: chooser.open()
         }
     }

@@ -6,14 +6,34 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// Shows how much of a Flickable is seen, while that is not all of it, and moves it.
+/// Shows how much of a Flickable is seen, while that is not all of it, and moves it: by
+/// dragging, or with the arrow and page keys.
 Item {
     id: root
 
     required property Flickable flickable
 
+    function scrollTo(y: real): void {
+        root.flickable.contentY = Math.max(0, Math.min(
+            root.flickable.contentHeight - root.flickable.height, y));
+    }
+
     width: 10
     visible: root.flickable.contentHeight > root.flickable.height
+
+    Accessible.role: Accessible.ScrollBar
+    Accessible.ignored: !root.visible
+    Accessible.focusable: root.activeFocusOnTab
+
+    Keys.onUpPressed: root.scrollTo(root.flickable.contentY - 40)
+    Keys.onDownPressed: root.scrollTo(root.flickable.contentY + 40)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_PageUp) {
+            root.scrollTo(root.flickable.contentY - root.flickable.height);
+        } else if (event.key === Qt.Key_PageDown) {
+            root.scrollTo(root.flickable.contentY + root.flickable.height);
+        }
+    }
 
     Rectangle {
         id: thumb
@@ -34,8 +54,7 @@ Item {
         target: null
         property real startY: 0
         onActiveChanged: drag.startY = root.flickable.contentY
-        onTranslationChanged: root.flickable.contentY = Math.max(0, Math.min(
-            root.flickable.contentHeight - root.flickable.height,
-            drag.startY + drag.translation.y * root.flickable.contentHeight / root.height))
+        onTranslationChanged: root.scrollTo(
+            drag.startY + drag.translation.y * root.flickable.contentHeight / root.height)
     }
 }

@@ -9,13 +9,14 @@ import Quillmark
 
 /// A filled panel around a column of items, as high as they are where there is room; where
 /// there is not, the column scrolls inside it.
-FocusScope {
+Item {
     id: root
 
     default property alias content: column.data
     property alias spacing: column.spacing
     property real padding: 20
-    readonly property alias scrolls: bar.visible
+    /// Whether the keyboard comes to the scroll bar; not needed where it comes to the items.
+    property alias barOnTab: bar.activeFocusOnTab
 
     implicitHeight: column.implicitHeight + 2 * root.padding
     implicitWidth: column.implicitWidth + 2 * root.padding
@@ -41,10 +42,6 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         interactive: bar.visible
         clip: true
-        focus: true
-        activeFocusOnTab: bar.visible
-        Keys.onUpPressed: flickable.flick(0, 400)
-        Keys.onDownPressed: flickable.flick(0, -400)
 
         ColumnLayout {
             id: column
@@ -61,10 +58,11 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.margins: 2
         flickable: flickable
+        activeFocusOnTab: true
     }
 
     FocusRing {
-        target: flickable
+        target: bar
         anchors.margins: 0
     }
 }

@@ -12,11 +12,16 @@ ColumnLayout {
     id: root
 
     /// Empty while no frame is attached.
-    required property string slateName
+    required property url slateImage
 
     signal pickRequested
 
     spacing: 12
+
+    FileNameText {
+        id: slateName
+        file: root.slateImage
+    }
 
     PanelTitle {
         text: "SLATE REFERENCE"
@@ -28,8 +33,16 @@ ColumnLayout {
         border.width: 1
         border.color: Theme.color.outlineVariant
 
+        ReferencePhoto {
+            id: photo
+            anchors.fill: parent
+            anchors.margins: 8
+            source: root.slateImage
+        }
+
         Column {
             anchors.centerIn: parent
+            visible: photo.empty
             spacing: 14
 
             LabelText {
@@ -47,12 +60,12 @@ ColumnLayout {
     }
     RowLayout {
         Layout.fillWidth: true
-        visible: root.slateName.length > 0
+        visible: slateName.text.length > 0
         spacing: 12
 
         MonoText {
             Layout.fillWidth: true
-            text: root.slateName
+            text: slateName.text
             elide: Text.ElideMiddle
             maximumLineCount: 1
         }

@@ -4,6 +4,7 @@
 #include "detection/QrReader.h"
 #include "support/Printers.h"
 #include "support/simulator/PlainCode.h"
+#include "support/simulator/Random.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -147,8 +148,8 @@ TEST(QrReader, namesACodeThatCannotBeUnderstoodWithoutText)
         }
     }
     const LumaImage image = drawCode(code, 5);
-    EXPECT_THAT(readQrCodes(image, 1), ElementsAre(std::optional<QString>()));
-    EXPECT_THAT(readQrCodes(negativeOf(image), 1), ElementsAre(std::optional<QString>()));
+    EXPECT_THAT(readQrCodes(image, 1), ElementsAre(std::nullopt));
+    EXPECT_THAT(readQrCodes(negativeOf(image), 1), ElementsAre(std::nullopt));
 }
 
 TEST(QrReader, givesNothingForPicturesWithoutContent)
@@ -168,6 +169,21 @@ TEST(QrReader, givesNothingForPicturesWithoutContent)
             EXPECT_THAT(readQrCodes(plainImage(width, height, static_cast<std::uint8_t>(level)), 1),
                         IsEmpty());
         }
+    }
+}
+
+TEST(QrReader, findsNoCodeInNoise)
+{
+    test::Random random(3);
+    for (int i = 0; i < 60; ++i) {
+        LumaImage image = plainImage(1 + random.below(700), 1 + random.below(300), 0);
+        const int grain = 1 + random.below(6);
+        for (std::size_t at = 0; at < image.pixels.size(); ++at) {
+            const std::size_t source = at / static_cast<std::size_t>(grain);
+            image.pixels[at] = static_cast<std::uint8_t>(test::hash64(source) >> 56);
+        }
+        EXPECT_THAT(readQrCodes(image, 1), IsEmpty())
+            << image.width << " x " << image.height << ", grain " << grain;
     }
 }
 

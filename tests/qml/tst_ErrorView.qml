@@ -56,9 +56,15 @@ ScreenTest {
         const again = place(button("TRY AGAIN"));
         verify(again.y + again.height <= item.height + 0.5);
         verify(flickable.contentHeight > flickable.height);
-        flickable.forceActiveFocus();
+        button("TRY AGAIN").forceActiveFocus();
+        keyClick(Qt.Key_Backtab);
         keyClick(Qt.Key_Down);
-        tryVerify(() => flickable.contentY > 0);
+        compare(flickable.contentY, 40);
+        keyClick(Qt.Key_PageDown);
+        compare(flickable.contentY, 40 + flickable.height);
+        keyClick(Qt.Key_PageUp);
+        keyClick(Qt.Key_PageUp);
+        compare(flickable.contentY, 0);
     }
 
     function test_wordsWithoutEndWrap() {
