@@ -13,6 +13,7 @@
 
 #include <fcntl.h>
 
+#include <array>
 #include <new>
 
 namespace quillmark {
@@ -39,9 +40,15 @@ QImage upright(const QImage &image, std::uint32_t orientation)
         bool mirrored;
         int degrees;
     };
-    static constexpr Change changes[] = {{false, 0},  {true, 0},   {false, 180}, {true, 180},
-                                         {true, 270}, {false, 90}, {true, 90},   {false, 270}};
-    if (orientation < 1 || orientation > std::size(changes)) {
+    static constexpr std::array<Change, 8> changes{{{false, 0},
+                                                    {true, 0},
+                                                    {false, 180},
+                                                    {true, 180},
+                                                    {true, 270},
+                                                    {false, 90},
+                                                    {true, 90},
+                                                    {false, 270}}};
+    if (orientation < 1 || orientation > changes.size()) {
         return image;
     }
     const Change change = changes[orientation - 1];

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace quillmark {
 namespace {
 
@@ -116,11 +118,11 @@ TEST_F(Accessibility, choosesAMode)
 TEST_F(Accessibility, typesIntoFields)
 {
     showForm();
-    const std::pair<const char *, const char *> texts[] = {{"MAKE *", "Kestrel"},
-                                                           {"MODEL *", "K2"},
-                                                           {"BRAND *", "Vela"},
-                                                           {"STOCK *", "Nova"},
-                                                           {"ISO *", "400"}};
+    const std::map<const char *, const char *> texts = {{"MAKE *", "Kestrel"},
+                                                        {"MODEL *", "K2"},
+                                                        {"BRAND *", "Vela"},
+                                                        {"STOCK *", "Nova"},
+                                                        {"ISO *", "400"}};
     for (const auto &[name, text] : texts) {
         auto *field = one(QLatin1String(name), QAccessible::EditableText);
         EXPECT_TRUE(field->state().editable);

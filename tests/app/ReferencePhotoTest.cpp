@@ -77,10 +77,11 @@ class PictureOrientation : public ::testing::TestWithParam<int>
 TEST_P(PictureOrientation, isTheSameForTiffAndJpeg)
 {
     const test::TempDir dir;
-    test::RasterImage image{.width = 64, .height = 32};
-    image.samples.assign(64 * 32 * 3, 65535);
-    for (int y = 0; y < 16; ++y) { // one quarter is dark: no two orientations look the same
-        std::fill_n(image.samples.begin() + y * 64 * 3, 32 * 3, std::uint16_t{0});
+    test::RasterImage image{.width = 64, .height = 32, .channels = 1};
+    for (int i = 0; i < image.width * image.height; ++i) {
+        // One quarter is dark: no two orientations look the same.
+        const bool dark = i % image.width < 32 && i / image.width < 16;
+        image.samples.push_back(dark ? 0 : 65535);
     }
     test::writeJpeg(dir / "a.jpg", image, {.orientation = GetParam()});
     test::writeTiff(dir / "a.tif", image, {.orientation = GetParam()});

@@ -39,7 +39,7 @@ TEST(SessionBridge, startsIdleWithBackupsAndWithoutSubfolders)
 TEST(SessionBridge, hasAScreenForEveryState)
 {
     SessionBridge bridge;
-    const std::pair<Session::State, Screen> states[] = {
+    const std::vector<std::pair<Session::State, Screen>> states = {
         {Session::Scanning{}, Screen::Scanning},
         {Session::Ready{}, Screen::Ready},
         {Session::DetectionFailed{}, Screen::DetectionFailed},

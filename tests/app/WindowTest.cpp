@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace quillmark {
 namespace {
 
@@ -131,6 +133,32 @@ TEST_F(Window, takesTheFirstOfDroppedFolders)
         {QUrl(QStringLiteral("file:///nowhere/1")), QUrl(QStringLiteral("file:///nowhere/2"))}));
     EXPECT_EQ(drop(), Qt::CopyAction);
     EXPECT_THAT(scannedFolders(), ::testing::ElementsAre("/nowhere/1"));
+}
+
+TEST_F(Window, showsThatADragMayBeDropped)
+{
+    const auto border = [this] {
+        for (const QQuickItem *item : shownItems()) {
+            if (item->property("hovered").isValid()) {
+                const auto *fill = item->childItems().first();
+                auto *pen = fill->property("border").value<QObject *>();
+                return std::tuple(fill->property("color").value<QColor>(),
+                                  pen->property("color").value<QColor>(),
+                                  pen->property("width").toInt());
+            }
+        }
+        throw std::runtime_error("no drop zone");
+    };
+    const ThemeColor color;
+    const auto calm = std::tuple(color.surfaceContainerLow, color.outlineVariant, 1);
+    EXPECT_EQ(border(), calm);
+    drag({QUrl(QStringLiteral("file:///nowhere/1"))});
+    EXPECT_EQ(border(), std::tuple(color.surfaceContainer, color.primary, 2));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(m_window.get(), &leave);
+    EXPECT_EQ(border(), calm);
+    drag({QUrl(QStringLiteral("https://example.org/roll"))});
+    EXPECT_EQ(border(), calm);
 }
 
 TEST_F(Window, keepsTheBytesOfADroppedName)

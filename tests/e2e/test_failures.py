@@ -8,16 +8,11 @@ import unittest
 
 from harness import rolls
 from harness.case import WindowCase
-from harness.install import install, without_exiftool
+from harness.install import BUNDLE, can_hide_programs, install, without, without_exiftool
+from harness.program import build_folder
 
 MISSING = ("exiftool not found. The app bundle is missing its vendored exiftool — please "
            "reinstall Quillmark.")
-
-
-def can_hide_programs():
-    """Whether this kernel lets anyone make the mounts that without_exiftool() makes."""
-    return subprocess.run([*without_exiftool(), "true"], check=False,
-                          stderr=subprocess.DEVNULL).returncode == 0
 
 
 class Failures(WindowCase):
@@ -76,6 +71,20 @@ class Failures(WindowCase):
 
         self.run_to_error(program,
                           "exiftool exited with code -1\n\nBundled quillmark.config missing")
+
+    @unittest.skipUnless(can_hide_programs(), "no leave to make a mount namespace")
+    def test_missing_resources_end_the_program(self):
+        executable = install(self.prefix)
+        place = self.prefix / "share" / "quillmark" / BUNDLE
+        shutil.rmtree(place)
+
+        ended = subprocess.run([*without(build_folder()), executable], check=False,
+                               env=self.desktop.environment, capture_output=True, text=True,
+                               timeout=60)
+
+        self.assertNotEqual(ended.returncode, 0)
+        self.assertEqual(ended.stderr, "could not load resource bundle: from "
+                         f"{place} or {build_folder() / BUNDLE}\n")
 
     def test_folder_that_vanishes_before_the_run(self):
         program = self.open()

@@ -5,6 +5,7 @@
 import os
 import pathlib
 import shutil
+import subprocess
 
 from .program import build_folder
 from .waiting import wait_until
@@ -65,10 +66,26 @@ def is_running(pid):
     return status.rpartition(")")[2].split()[0] not in "ZX"
 
 
-def without_exiftool():
-    """A command to put before a program so that it finds no exiftool in the usual places."""
+def without(*places):
+    """A command to put before a program that is to find nothing in these files and folders.
+
+    Only that program sees it so: it gets mounts of its own.
+    """
     hide = "".join(
-        f"mount --bind /dev/null {place} && " for place in _USUAL_PLACES if os.path.exists(place)
+        f"mount -t tmpfs none '{place}' && " if os.path.isdir(place)
+        else f"mount --bind /dev/null '{place}' && "
+        for place in places if os.path.exists(place)
     )
     return ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
             "sh", "-c", f'{hide}exec "$@"', "sh"]
+
+
+def without_exiftool():
+    """A command to put before a program so that it finds no exiftool in the usual places."""
+    return without(*_USUAL_PLACES)
+
+
+def can_hide_programs():
+    """Whether this kernel lets anyone make such mounts."""
+    answer = subprocess.run([*without_exiftool(), "true"], check=False, capture_output=True)
+    return answer.returncode == 0

@@ -178,4 +178,5 @@ class Program:
         tree = self.tree
         state = "running" if self.is_running else f"ended with {self._process.returncode}"
         shown = "It is not in the accessibility tree." if tree is None else tree.dump()
-        return f"The program is {state}. {shown}\n{self._desktop.log(self._log)}"
+        return (f"The program is {state}. {shown}\n{self._screen.describe()}\n"
+                f"{self._desktop.log(self._log)}")

@@ -24,9 +24,6 @@ class Screen:
     def close(self):
         self._display.close()
 
-    def has_window_manager(self):
-        return self._property(self._root, "_NET_SUPPORTING_WM_CHECK") is not None
-
     # --- windows -----------------------------------------------------------------
 
     def windows(self, pid, title=None):
@@ -39,6 +36,23 @@ class Screen:
             and self._is_viewable(number)
             and (title is None or self._title(number) == title)
         ]
+
+    def describe(self):
+        """Every window that has a title, those that are not shown too; for messages."""
+        lines = []
+        todo = [self._root]
+        while todo:
+            window = todo.pop()
+            try:
+                todo += window.query_tree().children
+                title = self._title(window.id)
+                if title:
+                    shown = "shown" if self._is_viewable(window.id) else "hidden"
+                    lines.append(f"window {title!r} of {self._owner(window.id)} {shown} "
+                                 f"at {self.geometry(window.id)}")
+            except error.XError:
+                continue
+        return "\n".join(lines)
 
     def geometry(self, window):
         """Position and size of a window's inside: x, y, width, height."""
