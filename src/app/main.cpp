@@ -13,6 +13,7 @@
 #include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -53,6 +54,8 @@ int main(int argc, char **argv)
     if (!hasResources()) {
         return EXIT_FAILURE;
     }
+    // A starter that ignores it passes that on, and the way in which exiftool ends is lost.
+    std::signal(SIGCHLD, SIG_DFL);
     chooseRenderer();
     // Widgets only for the file chooser; they cost next to nothing until it opens.
     QApplication application(argc, argv);

@@ -3,6 +3,7 @@
 
 #include "detection/FinderScan.h"
 
+#include "detection/FinderRuns.h"
 #include "detection/TwoThreads.h"
 
 #include <algorithm>
@@ -60,86 +61,6 @@ void flattenRow(const std::uint8_t *row, int width, std::vector<std::uint32_t> &
     for (int x = std::max(border, width - meanReach); x < width; ++x) {
         flat[static_cast<std::size_t>(x)] = flattened(x, std::max(0, x - meanReach), width);
     }
-}
-
-/// Five neighbouring runs' widths, in pixels and parts of them.
-using Runs = std::array<float, 5>;
-
-/// The module width of runs that stand as 1 : 1 : 3 : 1 : 1; spread ink and blur shift
-/// every edge by up to a third of a module.
-std::optional<float> finderModule(const Runs &runs)
-{
-    const float total = runs[0] + runs[1] + runs[2] + runs[3] + runs[4];
-    const float module = total / 7.0F;
-    const float slack = 0.6F * module;
-    const bool fits = std::abs(runs[2] - 3.0F * module) < 1.2F * module &&
-                      std::abs(runs[0] - module) < slack && std::abs(runs[1] - module) < slack &&
-                      std::abs(runs[3] - module) < slack && std::abs(runs[4] - module) < slack;
-    return fits ? std::optional(module) : std::nullopt;
-}
-
-/// A line of pixels in a picture, in either direction, read from a middle outwards.
-class Line
-{
-public:
-    Line(const LumaView &picture, int x, int y, std::ptrdiff_t step, int before, int after)
-        : m_middle(picture.row(y) + x), m_step(step), m_before(before), m_after(after)
-    {}
-
-    int at(int offset) const { return m_middle[m_step * offset]; }
-    bool has(int offset) const { return offset >= -m_before && offset <= m_after; }
-
-    /// Where the line crosses the threshold for the first, second and third time, going
-    /// from the middle in one direction: the distances, or nothing where it ends before.
-    std::optional<std::array<float, 3>> crossings(int direction, float threshold,
-                                                  float farthest) const
-    {
-        std::array<float, 3> found{};
-        std::size_t count = 0;
-        float previous = static_cast<float>(at(0)) - threshold;
-        const int limit = static_cast<int>(farthest);
-        for (int i = 1; i <= limit && has(i * direction); ++i) {
-            const float here = static_cast<float>(at(i * direction)) - threshold;
-            if ((here < 0) != (previous < 0)) {
-                found[count++] = static_cast<float>(i) - here / (here - previous);
-                if (count == found.size()) {
-                    return found;
-                }
-            }
-            previous = here;
-        }
-        return std::nullopt;
-    }
-
-private:
-    const std::uint8_t *m_middle;
-    std::ptrdiff_t m_step;
-    int m_before;
-    int m_after;
-};
-
-struct Crossing {
-    float offset; ///< of the pattern's middle from where the line was entered
-    float module;
-};
-
-std::optional<Crossing> crossFinder(const Line &line, bool isDark, float threshold, float module)
-{
-    if ((static_cast<float>(line.at(0)) < threshold) != isDark) {
-        return std::nullopt;
-    }
-    const auto back = line.crossings(-1, threshold, 6.5F * module);
-    const auto forth = back ? line.crossings(1, threshold, 6.5F * module) : std::nullopt;
-    if (!forth) {
-        return std::nullopt;
-    }
-    const Runs runs{(*back)[2] - (*back)[1], (*back)[1] - (*back)[0], (*back)[0] + (*forth)[0],
-                    (*forth)[1] - (*forth)[0], (*forth)[2] - (*forth)[1]};
-    const std::optional<float> found = finderModule(runs);
-    if (!found || *found > 1.7F * module || module > 1.7F * *found) {
-        return std::nullopt;
-    }
-    return Crossing{((*forth)[0] - (*back)[0]) / 2.0F, *found};
 }
 
 /// Collects the marks of a scan, joining those of neighbouring rows.
@@ -240,7 +161,7 @@ private:
             const auto rise = static_cast<float>(flat[x]);
             positions[i] = static_cast<float>(x) - rise / (rise - static_cast<float>(flat[x - 1]));
         }
-        Runs runs{};
+        FinderRuns runs{};
         for (std::size_t i = 0; i < runs.size(); ++i) {
             runs[i] = positions[i + 1] - positions[i];
         }
@@ -259,15 +180,17 @@ private:
     void check(int x, float module, FinderMark &mark)
     {
         const auto threshold = static_cast<float>(mark.threshold);
-        const Line column(m_picture, x, m_y, m_picture.stride, m_y, m_picture.height - 1 - m_y);
-        const std::optional<Crossing> down = crossFinder(column, mark.isDark, threshold, module);
+        const PixelLine column(m_picture, x, m_y, m_picture.stride, m_y,
+                               m_picture.height - 1 - m_y);
+        const std::optional<FinderCrossing> down =
+            crossFinder(column, mark.isDark, threshold, module);
         if (!down) {
             return;
         }
         // Back across, through the middle that the column gave.
         const int y = m_y + static_cast<int>(std::lround(down->offset));
-        const Line row(m_picture, x, y, 1, x, m_picture.width - 1 - x);
-        const std::optional<Crossing> across =
+        const PixelLine row(m_picture, x, y, 1, x, m_picture.width - 1 - x);
+        const std::optional<FinderCrossing> across =
             crossFinder(row, mark.isDark, threshold, down->module);
         if (!across) {
             return;
@@ -291,10 +214,10 @@ private:
         const int down = m_picture.height - 1 - y;
         const int left = x;
         const int right = m_picture.width - 1 - x;
-        const Line falling(m_picture, x, y, m_picture.stride + 1, std::min(up, left),
-                           std::min(down, right));
-        const Line rising(m_picture, x, y, m_picture.stride - 1, std::min(up, right),
-                          std::min(down, left));
+        const PixelLine falling(m_picture, x, y, m_picture.stride + 1, std::min(up, left),
+                                std::min(down, right));
+        const PixelLine rising(m_picture, x, y, m_picture.stride - 1, std::min(up, right),
+                               std::min(down, left));
         // A step along a diagonal is longer than a pixel.
         const float steps = module * 0.85F;
         return (crossFinder(falling, isDark, threshold, steps) ? 1 : 0) +

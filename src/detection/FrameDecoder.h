@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "detection/SlateDetectionError.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

@@ -40,8 +40,8 @@ class FrameSearch
 public:
     explicit FrameSearch(const LumaView &frame) : m_frame(frame) {}
 
-    /// Goes on until a look reads what can be a slate, or there is nothing left to try. A
-    /// text of another kind does not end the search: the slate may stand beside it.
+    /// Goes on until a look reads a slate, or there is nothing left to try. Another text
+    /// does not end the search, however much it looks like one: the slate may stand beside it.
     void run()
     {
         makeCopies();
@@ -68,7 +68,7 @@ private:
         int scale;
     };
 
-    bool isOver() const { return m_symbols.hasObjectText(); }
+    bool isOver() const { return m_symbols.hasSlate(); }
 
     void add(std::vector<QrSymbol> symbols)
     {

@@ -4,9 +4,10 @@
 #include "detection/Reduce.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace quillmark {
@@ -21,10 +22,10 @@ LumaImage blankImage(int width, int height)
     return image;
 }
 
-void addRow(std::span<std::uint16_t> sums, const std::uint8_t *row, unsigned weight)
+void addRow(std::span<std::uint16_t> sums, const std::uint8_t *row)
 {
     for (std::size_t x = 0; x < sums.size(); ++x) {
-        sums[x] = static_cast<std::uint16_t>(sums[x] + row[x] * weight);
+        sums[x] = static_cast<std::uint16_t>(sums[x] + row[x]);
     }
 }
 
@@ -59,27 +60,6 @@ void meanOfColumns(const std::uint16_t *sums, std::uint8_t *out, int width, int 
     }
 }
 
-/// One output pixel in a direction reduced to seven tenths covers ten sevenths of input
-/// pixels: the first input pixel, and the sevenths of it and its successors.
-struct Cover {
-    int first;
-    std::array<unsigned, 3> weights;
-};
-
-Cover sevenTenthsCover(int index)
-{
-    constexpr int step = 10;
-    constexpr int pixel = 7;
-    const int from = index * step;
-    Cover cover{from / pixel, {}};
-    for (int i = 0; i < 3; ++i) {
-        const int pixelFrom = (cover.first + i) * pixel;
-        const int shared = std::min(from + step, pixelFrom + pixel) - std::max(from, pixelFrom);
-        cover.weights[static_cast<std::size_t>(i)] = static_cast<unsigned>(std::max(0, shared));
-    }
-    return cover;
-}
-
 } // namespace
 
 LumaImage reduceByBox(const LumaView &picture, int factor)
@@ -89,40 +69,9 @@ LumaImage reduceByBox(const LumaView &picture, int factor)
     for (int y = 0; y < reduced.height; ++y) {
         std::ranges::fill(sums, std::uint16_t{0});
         for (int i = 0; i < factor; ++i) {
-            addRow(sums, picture.row(y * factor + i), 1);
+            addRow(sums, picture.row(y * factor + i));
         }
         meanOfColumns(sums.data(), reduced.row(y), reduced.width, factor);
-    }
-    return reduced;
-}
-
-LumaImage reduceToSevenTenths(const LumaView &picture)
-{
-    LumaImage reduced = blankImage(picture.width * 7 / 10, picture.height * 7 / 10);
-    // A third pixel of weight 0 may lie beyond the end: the sums have room for it.
-    std::vector<std::uint16_t> sums(static_cast<std::size_t>(picture.width) + 2);
-    const std::span<std::uint16_t> columns(sums.data(), static_cast<std::size_t>(picture.width));
-    std::vector<Cover> covers;
-    covers.reserve(static_cast<std::size_t>(reduced.width));
-    for (int x = 0; x < reduced.width; ++x) {
-        covers.push_back(sevenTenthsCover(x));
-    }
-    for (int y = 0; y < reduced.height; ++y) {
-        const Cover rows = sevenTenthsCover(y);
-        std::ranges::fill(sums, std::uint16_t{0});
-        for (int i = 0; i < 3; ++i) {
-            const unsigned weight = rows.weights[static_cast<std::size_t>(i)];
-            if (weight != 0) {
-                addRow(columns, picture.row(rows.first + i), weight);
-            }
-        }
-        std::uint8_t *out = reduced.row(y);
-        for (const Cover &cover : covers) {
-            const std::uint16_t *in = sums.data() + cover.first;
-            const unsigned sum =
-                in[0] * cover.weights[0] + in[1] * cover.weights[1] + in[2] * cover.weights[2];
-            *out++ = static_cast<std::uint8_t>((sum + 50) / 100);
-        }
     }
     return reduced;
 }

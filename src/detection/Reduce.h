@@ -12,10 +12,6 @@ namespace quillmark {
 /// `factor` is 1 to 16. Any thread.
 LumaImage reduceByBox(const LumaView &picture, int factor);
 
-/// A copy at 7/10 of the size: each pixel is the mean of the area that it covers.
-/// Any thread.
-LumaImage reduceToSevenTenths(const LumaView &picture);
-
 /// A copy at `factor` times the size, 2 to 4, interpolated linearly. Any thread.
 LumaImage enlarge(const LumaView &picture, int factor);
 

@@ -8,7 +8,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <cstddef>
 #include <exception>
 #include <filesystem>
 

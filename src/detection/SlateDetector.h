@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "detection/SlateDetectionError.h"
 #include "payload/SlatePayload.h"
 
 #include <QCoro/QCoroTask>

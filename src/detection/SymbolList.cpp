@@ -3,6 +3,8 @@
 
 #include "detection/SymbolList.h"
 
+#include "payload/SlatePayloadJson.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -59,10 +61,18 @@ void SymbolList::add(QrSymbol symbol)
     m_symbols.push_back(std::move(symbol));
 }
 
-bool SymbolList::hasObjectText() const
+bool SymbolList::hasSlate() const
 {
     return std::ranges::any_of(m_symbols, [](const QrSymbol &symbol) {
-        return symbol.text && symbol.text->trimmed().startsWith(u'{');
+        if (!symbol.text) {
+            return false;
+        }
+        try {
+            decodeSlatePayload(*symbol.text);
+            return true;
+        } catch (const SlateDecodeError &) {
+            return false;
+        }
     });
 }
 

@@ -18,8 +18,8 @@ public:
     /// gives that one its text where it had none.
     void add(QrSymbol symbol);
 
-    /// Whether a text was read that can be a JSON object: nothing else is a slate.
-    bool hasObjectText() const;
+    /// Whether one of the texts is a slate.
+    bool hasSlate() const;
 
     /// Whether a text was read from a code that covers a place.
     bool hasTextAt(PixelPoint place) const;

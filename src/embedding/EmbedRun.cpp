@@ -22,6 +22,21 @@ QString streamText(const std::string &bytes)
     return utf8.isValidUtf8() ? QString::fromUtf8(utf8) : QString();
 }
 
+/// exiftool writes each file under this suffix first and refuses to start over where it
+/// finds one. It leaves one behind only when it is killed, and always beside the whole file.
+void removeLeftovers(const std::vector<std::filesystem::path> &files)
+{
+    for (const std::filesystem::path &file : files) {
+        std::filesystem::path leftover = file;
+        leftover += "_exiftool_tmp";
+        std::error_code ignored;
+        if (std::filesystem::exists(file, ignored) &&
+            std::filesystem::is_regular_file(std::filesystem::symlink_status(leftover, ignored))) {
+            std::filesystem::remove(leftover, ignored);
+        }
+    }
+}
+
 } // namespace
 
 std::vector<std::string> embedArguments(const std::filesystem::path &configuration,
@@ -58,10 +73,12 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
     if (!setup.configuration) {
         throw ExiftoolError::failed(QStringLiteral("Bundled quillmark.config missing"), -1);
     }
+    removeLeftovers(files);
     const ChildResult result = runChild(
         *setup.program, embedArguments(*setup.configuration,
                                        Exiftool::tagArguments(payload, generatorVersion), files));
     if (result.status != 0) {
+        removeLeftovers(files);
         throw ExiftoolError::failed(streamText(result.errors), result.status);
     }
 }

@@ -69,7 +69,7 @@ std::optional<std::filesystem::path> configURL();
 /// when the child has ended. An empty list is a success without a look at anything.
 /// A folder among the files stands for the images directly in it; a symbolic link is
 /// replaced by a written copy of its target, which itself stays as it is. What does not fit
-/// a tag (an ISO above 65535 in EXIF, more than 64 bytes of an IPTC keyword) is left out or
+/// a tag (an ISO above 65535 in EXIF, more than 32 bytes of an IPTC city) is left out or
 /// cut by exiftool with a warning, which is no failure; RawPayload has everything.
 ///
 /// Throws ExiftoolError, or std::system_error where the child cannot be started. Files

@@ -27,7 +27,8 @@ Places ownPlaces()
     // The kernel's own answer: bytes as they are, symbolic links resolved, and independent
     // of how argv was filled in. After an upgrade it ends in " (deleted)", which the folder
     // that is asked for here does not show.
-    return placesOf(std::filesystem::read_symlink("/proc/self/exe"));
+    std::error_code untold; // leaves an empty path, and with it the bundle of the build
+    return placesOf(std::filesystem::read_symlink("/proc/self/exe", untold));
 }
 
 std::optional<std::filesystem::path> find(const Places &places)

@@ -28,8 +28,8 @@ struct Places {
 /// <prefix>/bin/<program> has the application folder <prefix>/share/quillmark.
 Places placesOf(const std::filesystem::path &executable);
 
-/// The places of the running program. Throws std::filesystem::filesystem_error where the
-/// system does not tell which program is running (no /proc). Any thread.
+/// The places of the running program; where the system does not tell which program that is
+/// (no /proc), only the bundle of the build can be found. Any thread.
 Places ownPlaces();
 
 /// The first of the two bundles that is a folder, or nothing. Any thread.

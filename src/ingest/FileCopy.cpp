@@ -70,29 +70,30 @@ private:
     const fs::path &m_destination;
 };
 
-/// A hidden name beside the destination under which the copy comes into being; whatever
-/// stands under it is removed again unless the copy took its place.
-class TemporaryName
+/// A hidden folder beside the destination, of its own for each copy, in which the copy
+/// comes into being. What stands in it at the end goes with it.
+class Workplace
 {
 public:
-    explicit TemporaryName(const fs::path &destination)
-        : m_path(destination.parent_path() / (".quillmark-" + std::to_string(::getpid()) + ".tmp"))
+    Workplace(const fs::path &destination, const Copying &copying)
     {
-        discard(); // left by an earlier process of this number
+        std::string pattern = (destination.parent_path() / ".quillmark-XXXXXX").native();
+        copying.check(::mkdtemp(pattern.data()) != nullptr);
+        m_path = pattern;
     }
-    TemporaryName(const TemporaryName &) = delete;
-    TemporaryName &operator=(const TemporaryName &) = delete;
-    ~TemporaryName() { discard(); }
-
-    const fs::path &path() const { return m_path; }
-
-private:
-    void discard() const
+    Workplace(const Workplace &) = delete;
+    Workplace &operator=(const Workplace &) = delete;
+    ~Workplace()
     {
         std::error_code ignored;
         fs::remove_all(m_path, ignored);
     }
 
+    fs::path copy() const { return m_path / "copy"; }
+    /// Where what the copy replaces may stand until the copy has its place.
+    fs::path replaced() const { return m_path / "replaced"; }
+
+private:
     fs::path m_path;
 };
 
@@ -169,6 +170,14 @@ void copyFile(int from, const struct stat &status, const fs::path &target, const
     copying.check(::fsync(to.get()) == 0);
 }
 
+/// Inside a directory, links that lead to no file: to directories, maybe in circles, or nowhere.
+bool staysALink(const fs::path &entry)
+{
+    std::error_code ignored;
+    return fs::is_symlink(fs::symlink_status(entry, ignored)) &&
+           !fs::is_regular_file(fs::status(entry, ignored));
+}
+
 void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying);
 
 void copyDirectory(const fs::path &source, const struct stat &status, const fs::path &target,
@@ -179,11 +188,10 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
     fs::directory_iterator entries(source, failure);
     while (!failure && entries != fs::directory_iterator()) {
         const fs::path inner = target / entries->path().filename();
-        if (entries->is_symlink() && fs::is_directory(entries->path(), failure)) {
+        if (staysALink(entries->path())) {
             fs::copy_symlink(entries->path(), inner, failure);
         } else {
             copyEntry(entries->path(), inner, copying);
-            failure.clear();
         }
         if (!failure) {
             entries.increment(failure);
@@ -215,13 +223,15 @@ void copyEntry(const fs::path &source, const fs::path &target, const Copying &co
 }
 
 /// Gives the finished copy its place. A rename replaces a file at once, but no directory
-/// and nothing by a directory: these make room first.
-void replace(const fs::path &destination, const fs::path &copy, const Copying &copying)
+/// and nothing by a directory: what is there moves aside first.
+void replace(const fs::path &destination, const Workplace &workplace, const Copying &copying)
 {
+    const fs::path copy = workplace.copy();
     std::error_code ignored;
     if (fs::is_directory(copy, ignored) ||
         fs::is_directory(fs::symlink_status(destination, ignored))) {
-        fs::remove_all(destination, ignored);
+        const bool moved = ::rename(destination.c_str(), workplace.replaced().c_str()) == 0;
+        copying.check(moved || errno == ENOENT);
     }
     copying.check(::rename(copy.c_str(), destination.c_str()) == 0);
 }
@@ -231,9 +241,9 @@ void replace(const fs::path &destination, const fs::path &copy, const Copying &c
 void copyDurably(const fs::path &source, const fs::path &destination)
 {
     const Copying copying(source, destination);
-    const TemporaryName temporary(destination);
-    copyEntry(source, temporary.path(), copying);
-    replace(destination, temporary.path(), copying);
+    const Workplace workplace(destination, copying);
+    copyEntry(source, workplace.copy(), copying);
+    replace(destination, workplace, copying);
 }
 
 void syncDirectory(const fs::path &directory)

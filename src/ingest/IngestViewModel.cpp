@@ -147,13 +147,13 @@ void IngestViewModel::enterManually(std::optional<fs::path> slateImage)
 
 QCoro::Task<> IngestViewModel::submitManual(SlatePayload payload)
 {
-    const auto *const entry = std::get_if<ManualEntry>(&m_state);
-    if (entry == nullptr) {
+    if (!std::holds_alternative<ManualEntry>(m_state)) {
         co_return;
     }
     const QPointer<IngestViewModel> alive(this);
-    const fs::path folder = entry->folder;
-    const SlateDetection detection{entry->slateImage.value_or(folder), payload, QString()};
+    const ManualEntry entry = std::get<ManualEntry>(m_state);
+    const fs::path folder = entry.folder;
+    const SlateDetection detection{entry.slateImage.value_or(folder), payload, QString()};
 
     Files rollFiles;
     QString failure;
@@ -163,7 +163,8 @@ QCoro::Task<> IngestViewModel::submitManual(SlatePayload payload)
         failure = describe(std::current_exception());
     }
     // While the folder was listed the user may have left the form, or submitted it twice.
-    if (!alive || !std::holds_alternative<ManualEntry>(m_state)) {
+    const auto *const current = alive ? std::get_if<ManualEntry>(&m_state) : nullptr;
+    if (current == nullptr || *current != entry) {
         co_return;
     }
     if (!failure.isEmpty()) {

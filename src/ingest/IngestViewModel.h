@@ -50,6 +50,8 @@ public:
     struct ManualEntry {
         std::filesystem::path folder;
         std::optional<std::filesystem::path> slateImage;
+
+        bool operator==(const ManualEntry &) const = default;
     };
     /// Files are being prepared and tagged.
     struct Writing {

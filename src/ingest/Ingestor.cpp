@@ -111,9 +111,9 @@ PreparedFiles prepareFiles(const std::vector<fs::path> &files, const fs::path &i
 {
     switch (mode) {
     case BackupMode::backupOriginals:
-        return {.mutated = files, .backups = copyInto(in / "_originals", files)};
+        return {.mutated = files, .backups = copyInto(fs::absolute(in / "_originals"), files)};
     case BackupMode::writeCopies:
-        return {.mutated = copyInto(in / "_tagged", files), .backups = {}};
+        return {.mutated = copyInto(fs::absolute(in / "_tagged"), files), .backups = {}};
     case BackupMode::none:
         return {.mutated = files, .backups = {}};
     }

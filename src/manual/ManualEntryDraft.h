@@ -76,7 +76,13 @@ public:
     void setArtist(const QString &text) { set(m_artist, text); }
     void setCopyright(const QString &text) { set(m_copyright, text); }
     void setIncludeDate(bool include) { set(m_includeDate, include); }
-    void setDate(const QDateTime &date) { set(m_date, date); }
+    /// An invalid moment changes nothing.
+    void setDate(const QDateTime &date)
+    {
+        if (date.isValid()) {
+            set(m_date, date);
+        }
+    }
 
     /// Whether toPayload() would succeed: the four names are not blank and the film speed is
     /// a decimal integer of 64 bits.

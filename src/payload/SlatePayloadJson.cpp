@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QRegularExpression>
 
 #include <limits>
 
@@ -38,6 +39,21 @@ void visitFields(Payload &payload, Visitor &&visit)
     visit(u"artist", payload.artist);
     visit(u"copyright", payload.copyright);
     visit(u"app_version", payload.appVersion);
+}
+
+/// Whether the text is made of JSON's tokens (RFC 8259, sections 2 and 6 to 8). The parser
+/// judges how they are put together, but lets pass numbers such as "4.", unknown escapes,
+/// control characters in strings, and a byte order mark (which becomes no part of the text).
+bool isMadeOfJsonTokens(const QByteArray &utf8, const QString &text)
+{
+    if (utf8.startsWith("\xEF\xBB\xBF")) {
+        return false;
+    }
+    static const QRegularExpression tokens(QStringLiteral(
+        R"(\A(?:[ \t\n\r{}\[\]:,]|true|false|null)"
+        R"(|"(?:[^"\\\x00-\x1F]|\\(?:["\\/bfnrt]|u[0-9A-Fa-f]{4}))*+")"
+        R"(|-?(?:0|[1-9][0-9]*+)(?:\.[0-9]++)?(?:[eE][+-]?[0-9]++)?+(?![0-9.eE+-]))*+\z)"));
+    return tokens.match(text).hasMatch();
 }
 
 /// Reads the fields of one JSON object; throws for the first that is not as it must be.
@@ -87,8 +103,10 @@ private:
         if (!value.isDouble() || number != value.toInteger(1)) {
             fail();
         }
-        // Integers just below the range come out as its lowest number.
-        if (number == lowest && !m_utf8.contains(QByteArray::number(lowest))) {
+        // Numbers just below the range come out as its lowest.
+        static const QRegularExpression lowestInFull(QString::number(lowest) +
+                                                     QStringLiteral("(?![0-9.eE])"));
+        if (number == lowest && !QString::fromUtf8(m_utf8).contains(lowestInFull)) {
             fail();
         }
         field = number;
@@ -145,9 +163,10 @@ SlateDecodeError SlateDecodeError::notJSON()
 
 SlatePayload slatePayloadFromJson(const QByteArray &utf8)
 {
+    const QString text = QString::fromUtf8(utf8);
     const QJsonDocument document = QJsonDocument::fromJson(utf8);
-    if (!document.isObject()) {
-        throw SlateDecodeError::missingFields(QString::fromUtf8(utf8));
+    if (!document.isObject() || !isMadeOfJsonTokens(utf8, text)) {
+        throw SlateDecodeError::missingFields(text);
     }
     SlatePayload payload;
     const QJsonObject object = document.object();
@@ -168,7 +187,13 @@ SlatePayload decodeSlatePayload(const QString &qrText)
     if (!qrText.isValidUtf16()) {
         throw SlateDecodeError::notJSON();
     }
-    SlatePayload payload = slatePayloadFromJson(qrText.toUtf8());
+    SlatePayload payload;
+    try {
+        payload = slatePayloadFromJson(qrText.toUtf8());
+    } catch (const SlateDecodeError &) {
+        // The text as it came: on the way through bytes it may lose a byte order mark.
+        throw SlateDecodeError::missingFields(qrText);
+    }
     if (payload.version != acceptedVersion) {
         throw SlateDecodeError::versionMismatch(payload.version);
     }

@@ -70,6 +70,19 @@ TEST(SlateDetector, otherCodesBesideTheSlateAreIgnored)
     EXPECT_EQ(detection->payload.rollName, QStringLiteral("roll"));
 }
 
+TEST(SlateDetector, codesThatOnlyLookLikeASlateDoNotHideIt)
+{
+    const TempDir roll;
+    SlatePayload payload = test::minimalPayload();
+    payload.version = 3;
+    for (const QByteArray &other : {slatePayloadToJson(payload), QByteArray("{\"menu\":1}")}) {
+        const fs::path file = writeFrame(roll / "a.jpg", {other, slateText("roll"), other});
+        const auto detection = await(SlateDetector::detect(file));
+        ASSERT_TRUE(detection.has_value()) << other.constData();
+        EXPECT_EQ(detection->payload.rollName, QStringLiteral("roll"));
+    }
+}
+
 TEST(SlateDetector, aSlateOfAnotherVersionIsNone)
 {
     const TempDir roll;

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "detection/SymbolList.h"
+#include "payload/SlatePayloadJson.h"
 #include "support/Printers.h"
+#include "support/Samples.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -61,15 +63,17 @@ TEST(SymbolList, mirroredCornersStandInTheSamePlace)
     EXPECT_THAT(list.texts(), testing::SizeIs(1));
 }
 
-TEST(SymbolList, onlyATextThatBeginsAsAnObjectCanBeASlate)
+TEST(SymbolList, onlyAWholePayloadIsASlate)
 {
     SymbolList list;
-    EXPECT_FALSE(list.hasObjectText());
+    EXPECT_FALSE(list.hasSlate());
     list.add(symbolAt(0, 0, nullptr));
     list.add(symbolAt(20, 0, "https://example.org/{}"));
-    EXPECT_FALSE(list.hasObjectText());
-    list.add(symbolAt(40, 0, " {}"));
-    EXPECT_TRUE(list.hasObjectText());
+    EXPECT_FALSE(list.hasSlate());
+    list.add(symbolAt(40, 0, "{\"version\":2}"));
+    EXPECT_FALSE(list.hasSlate());
+    list.add(symbolAt(60, 0, slatePayloadToJson(test::minimalPayload()).constData()));
+    EXPECT_TRUE(list.hasSlate());
 }
 
 } // namespace

@@ -7,8 +7,10 @@ import os
 import unittest
 
 from harness import rolls, tags
-from harness.accessible import RADIO_BUTTON
+from harness.accessible import BUTTON, RADIO_BUTTON
 from harness.case import WindowCase
+from harness.install import install
+from harness.waiting import WORK_DEADLINE
 
 EMBED = "EMBED METADATA  →"
 ANOTHER = "INGEST ANOTHER  →"
@@ -110,6 +112,30 @@ class Ingest(WindowCase):
         self.drop_and_plan(program, roll)
         self.embed(program)
 
+        self.assert_tagged(rolls.frames(roll))
+
+    def test_negatives_scanned_from_their_back(self):
+        roll = self.make_roll("strip", 2, 2, "--negative", "--mirrored", "--tilt", "7")
+        program = self.open()
+
+        self.drop_and_plan(program, roll)
+        self.embed(program)
+
+        self.assert_tagged(rolls.frames(roll))
+
+    def test_double_click_runs_once(self):
+        calls = self.place / "calls"
+        script = f'echo >> "{calls}"; exec /usr/bin/exiftool "$@"'
+        program = self.open(install(self.desktop.folder("prefix"), script))
+        roll = self.make_roll()
+        self.drop_and_plan(program, roll)
+
+        place = program.find(EMBED, BUTTON).centre
+        self.screen.click(*place)
+        self.screen.click(*place)
+        program.wait_for("METADATA EMBEDDED", WORK_DEADLINE)
+
+        self.assertEqual(len(calls.read_text(encoding="ascii")), 1)
         self.assert_tagged(rolls.frames(roll))
 
     def test_subfolders_are_taken_on_request(self):

@@ -27,6 +27,14 @@ class Window(WindowCase):
     def test_idle_screen_can_be_read_whole(self):
         self.assertEqual(self.open().texts(), IDLE_TEXTS)
 
+    def test_window_is_dark(self):
+        program = self.open()
+
+        x, y, width, height = self.screen.geometry(program.window)
+
+        for place in [(x + 5, y + 5), (x + width - 5, y + height - 5)]:
+            self.assertEqual(self.screen.colour(*place), "#0E0E0E")
+
     def test_window_keeps_its_smallest_size(self):
         program = self.open()
 

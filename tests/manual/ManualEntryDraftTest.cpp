@@ -166,6 +166,14 @@ TEST(ManualEntryDraft, dateIsTheUtcDayAndOnlyWithTheSwitch)
     EXPECT_EQ(draft.toPayload(version).date, QStringLiteral("2026-04-30"));
 }
 
+TEST(ManualEntryDraft, anInvalidMomentChangesNothing)
+{
+    ManualEntryDraft draft;
+    const QDateTime before = draft.date();
+    draft.setDate(QDateTime());
+    EXPECT_EQ(draft.date(), before);
+}
+
 TEST(ManualEntryDraft, prefillTakesEverythingButIdentityAndDate)
 {
     ManualEntryDraft draft;

@@ -77,9 +77,12 @@ class Drag:
         """Carries the drag to a place, and waits for what lies there to answer."""
         from_x, from_y = self._place
         for step in range(1, _STEPS + 1):
-            self._place = (from_x + (x - from_x) * step // _STEPS,
-                           from_y + (y - from_y) * step // _STEPS)
-            self._screen.move_pointer(*self._place)
+            place = (from_x + (x - from_x) * step // _STEPS,
+                     from_y + (y - from_y) * step // _STEPS)
+            if place == self._place:
+                continue
+            self._place = place
+            self._screen.move_pointer(*place)
             moved = self._wait_for(X.MotionNotify, "the pointer to move")
             self._time = moved.time
             self._come_over(self._aware_window_at(*self._place))

@@ -60,10 +60,11 @@ class Screen:
 
     # --- pictures ----------------------------------------------------------------
 
-    def picture(self, file, window=None):
-        """Saves what the display, or one window of it, shows; the suffix gives the format."""
-        what = "root" if window is None else str(window)
-        subprocess.run(["import", "-silent", "-window", what, str(file)],
+    def picture(self, file, window):
+        """Saves what is seen where a window is; the file's suffix gives the format."""
+        x, y, width, height = self.geometry(window)
+        subprocess.run(["import", "-silent", "-window", "root",
+                        "-crop", f"{width}x{height}+{x}+{y}", "+repage", str(file)],
                        env=self._environment, check=True, timeout=60)
 
     def colour(self, x, y):

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/LumaView.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+namespace quillmark {
+
+/// The widths of five neighbouring runs of light and dark, in pixels and parts of them.
+using FinderRuns = std::array<float, 5>;
+
+/// The module width of runs that stand as 1 : 1 : 3 : 1 : 1, as they do across a QR finder
+/// pattern (ISO/IEC 18004 section 12 a); spread ink and blur shift every edge by up to a
+/// third of a module.
+std::optional<float> finderModule(const FinderRuns &runs);
+
+/// A line of pixels in a picture, in any of eight directions, read from a place outwards.
+class PixelLine
+{
+public:
+    /// Through (x, y), from one pixel to the next `step` bytes on, with so many pixels of
+    /// the picture before and after it.
+    PixelLine(const LumaView &picture, int x, int y, std::ptrdiff_t step, int before, int after)
+        : m_place(picture.row(y) + x), m_step(step), m_before(before), m_after(after)
+    {}
+
+    int at(int offset) const { return m_place[m_step * offset]; }
+    bool has(int offset) const { return offset >= -m_before && offset <= m_after; }
+
+    /// Where the line crosses the threshold for the first, second and third time, going
+    /// from the place in one direction (1 or -1): the distances in steps, or nothing where
+    /// there are fewer crossings up to `farthest`.
+    std::optional<std::array<float, 3>> crossings(int direction, float threshold,
+                                                  float farthest) const;
+
+private:
+    const std::uint8_t *m_place;
+    std::ptrdiff_t m_step;
+    int m_before;
+    int m_after;
+};
+
+/// A line's way across a finder pattern.
+struct FinderCrossing {
+    float offset; ///< of the pattern's middle from the line's place, in steps
+    float module; ///< in steps
+};
+
+/// Crosses a finder pattern from a place in its middle, whose modules are about so many
+/// steps; nothing where there is no such pattern.
+std::optional<FinderCrossing> crossFinder(const PixelLine &line, bool isDark, float threshold,
+                                          float module);
+
+} // namespace quillmark
