@@ -10,39 +10,42 @@ import Quillmark
 Item {
     id: root
 
-    readonly property bool writing: session.screen === Session.Writing
+    readonly property bool writing: vm.screen === Session.Writing
 
     /// A run that wrote is over.
     signal runEnded(bool failed)
 
     onWritingChanged: {
         if (!root.writing) {
-            root.runEnded(session.screen === Session.Error);
+            root.runEnded(vm.screen === Session.Error);
         }
     }
 
     Session {
-        id: session
+        id: vm
     }
 
-    // By file, so that no screen costs anything before it is shown.
+    IdleScreen {
+        anchors.fill: parent
+        anchors.margins: 40
+        visible: vm.screen === Session.Idle
+        session: vm
+    }
+
+    // By file, so that no other screen costs anything before it is shown.
     Loader {
         id: loader
 
-        readonly property url file: session.screenName + "Screen.qml"
+        readonly property url file:
+            vm.screen === Session.Idle ? "" : vm.screenName + "Screen.qml"
 
         anchors.fill: parent
         anchors.margins: 40
-        onFileChanged: loader.show()
+        onFileChanged: loader.setSource(loader.file, {session: vm})
         onStatusChanged: {
             if (loader.status === Loader.Error) {
                 Qt.exit(1);
             }
-        }
-        Component.onCompleted: loader.show()
-
-        function show(): void {
-            loader.setSource(loader.file, {session: session});
         }
     }
 }

@@ -45,6 +45,7 @@ Item {
         enabled: root.form.includeDate
         name: "DATE"
         value: root.form.dateText
+        acceptable: entry.text === root.form.dateText
         onEdited: text => root.form.setDateText(text)
         onInputFocusChanged: {
             if (entry.inputFocus) {

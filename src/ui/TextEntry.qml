@@ -7,7 +7,8 @@ import QtQuick
 import Quillmark
 
 /// A single line of text to type into. It shows `value` and tells every change with
-/// edited(); whoever owns the value sets it.
+/// edited(); whoever owns the value sets it. Text that the owner did not take stands until
+/// the field is left.
 Rectangle {
     id: root
 
@@ -16,20 +17,22 @@ Rectangle {
     required property string value
     property string placeholder: ""
     property real horizontalPadding: 10
+    /// Off while the text is none that the owner takes.
+    property bool acceptable: true
 
     readonly property alias text: input.text
     readonly property alias inputFocus: input.activeFocus
 
     signal edited(string text)
-    signal finished
 
     implicitWidth: 100
     implicitHeight: input.implicitHeight + 16
     baselineOffset: 8 + input.baselineOffset
     color: Theme.color.background
     border.width: 1
-    border.color: input.activeFocus ? Theme.color.primary
-                                    : Qt.alpha(Theme.color.outlineVariant, 0.6)
+    border.color: !root.acceptable ? Theme.color.tertiary
+                  : input.activeFocus ? Theme.color.primary
+                  : Qt.alpha(Theme.color.outlineVariant, 0.6)
 
     TextInput {
         id: input
@@ -38,7 +41,6 @@ Rectangle {
         anchors.right: parent.right
         anchors.margins: root.horizontalPadding
         y: 8
-        text: root.value
         font: Theme.font.body
         color: root.enabled ? Theme.color.onSurface : Theme.color.onSurfaceVariant
         selectionColor: Theme.color.primary
@@ -48,11 +50,19 @@ Rectangle {
         activeFocusOnTab: true
 
         onTextChanged: root.edited(input.text)
-        onEditingFinished: root.finished()
+        onEditingFinished: input.text = root.value
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.name
         Accessible.ignored: !root.visible
+    }
+
+    // Not a binding of the property, which an assignment would end.
+    Binding {
+        target: input
+        property: "text"
+        value: root.value
+        restoreMode: Binding.RestoreNone
     }
 
     StyledText {

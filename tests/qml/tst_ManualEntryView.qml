@@ -121,6 +121,21 @@ ScreenTest {
         compare(item.last.includeDate, true);
     }
 
+    function test_whatIsNoDayIsNotKept() {
+        show({});
+        const date = inputs()[12];
+        Array.from(date.parent.parent.children).find(each => each.toggled).forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        const before = date.text;
+        date.forceActiveFocus();
+        keyClick(Qt.Key_Backspace);
+        verify(date.text !== before);
+        verify(Qt.colorEqual(date.parent.border.color, Theme.color.tertiary));
+        inputs()[0].forceActiveFocus();
+        compare(date.text, before);
+        verify(!Qt.colorEqual(date.parent.border.color, Theme.color.tertiary));
+    }
+
     function test_layout() {
         show({});
         const make = place(label("MAKE *"));
@@ -154,6 +169,7 @@ ScreenTest {
         show({initialSlateImage: "file:///rolls/roll%2012/Slate.tif"});
         compareStyle("Slate.tif", Theme.color.onSurfaceVariant, 0, Theme.font.mono);
         compareStyle("CHANGE", Theme.color.primary, 2.5, Theme.font.label);
+        tryVerify(() => shows("NO SLATE PHOTO ATTACHED"), 5000, "there is no such file");
     }
 
     function test_cancel() {
