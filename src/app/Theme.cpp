@@ -83,7 +83,7 @@ QPalette Theme::widgetPalette()
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                             QPalette::ToolTipText, QPalette::BrightText}) {
         palette.setColor(role, color.onSurface);
-        palette.setColor(QPalette::Disabled, role, color.outlineVariant);
+        palette.setColor(QPalette::Disabled, role, color.onSurfaceVariant);
     }
     return palette;
 }
