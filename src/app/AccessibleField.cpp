@@ -74,6 +74,9 @@ void AccessibleField::setCursorPosition(int position)
 
 QRect AccessibleField::characterRect(int offset) const
 {
+    if (!window()) {
+        return {}; // a screen that is leaving
+    }
     QRectF rect;
     QMetaObject::invokeMethod(item(), "positionToRectangle", Q_RETURN_ARG(QRectF, rect),
                               Q_ARG(int, offset));

@@ -36,7 +36,7 @@ QAccessible::State AccessibleItem::state() const
     const bool shown = item()->isVisible() && window() && window()->isVisible();
     QAccessible::State state;
     state.disabled = !item()->isEnabled();
-    state.focusable = item()->isEnabled();
+    state.focusable = item()->isEnabled() && shown;
     state.focused = item()->hasActiveFocus();
     state.invisible = !shown;
     state.offscreen =
@@ -66,7 +66,7 @@ QStringList AccessibleItem::actionNames() const
 
 void AccessibleItem::doAction(const QString &name)
 {
-    if (name == setFocusAction()) {
+    if (name == setFocusAction() && item()->isEnabled() && item()->isVisible()) {
         item()->forceActiveFocus(Qt::OtherFocusReason);
     }
 }

@@ -10,9 +10,9 @@ import Quillmark
 Item {
     id: root
 
-    readonly property bool writing: vm.screen === Session.Writing
+    readonly property bool writing: vm.writing
 
-    /// A run that wrote is over.
+    /// A run is over, whether it wrote or not.
     signal runEnded(bool failed)
 
     onWritingChanged: {
@@ -29,6 +29,7 @@ Item {
         anchors.fill: parent
         anchors.margins: 40
         visible: vm.screen === Session.Idle
+        enabled: visible // an item that is only hidden keeps the keyboard's focus
         session: vm
     }
 

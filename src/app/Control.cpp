@@ -46,7 +46,7 @@ void Control::setChecked(bool checked)
 
 void Control::press()
 {
-    if (isEnabled()) {
+    if (isEnabled() && isVisible()) {
         Q_EMIT clicked();
     }
 }

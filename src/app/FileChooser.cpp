@@ -7,7 +7,22 @@
 
 #include <QFileDialog>
 
+#include <utility>
+
 namespace quillmark {
+namespace {
+
+/// In both letter cases: scanners write either, and some desktops' choosers tell them apart.
+QString nameFilter(const QString &title, const QStringList &extensions)
+{
+    QStringList patterns;
+    for (const QString &extension : extensions) {
+        patterns << QStringLiteral("*.") + extension << QStringLiteral("*.") + extension.toUpper();
+    }
+    return title + QStringLiteral(" (") + patterns.join(u' ') + QStringLiteral(")");
+}
+
+} // namespace
 
 FileChooser::FileChooser(QObject *parent) : QObject(parent) {}
 
@@ -33,8 +48,12 @@ void FileChooser::open()
 
 void FileChooser::takeChoice(int result)
 {
-    const QList<QUrl> locations = m_dialog->selectedUrls();
-    m_dialog = nullptr; // it is over, even if it is deleted only later
+    // It is over, even if it is deleted only later, and even if it says so twice.
+    const QPointer<QFileDialog> dialog = std::exchange(m_dialog, nullptr);
+    if (!dialog) {
+        return;
+    }
+    const QList<QUrl> locations = dialog->selectedUrls();
     if (result == QFileDialog::Accepted && !locations.isEmpty()) {
         Q_EMIT chosen(locations.first());
     }
@@ -52,11 +71,17 @@ QFileDialog *FileChooser::makeDialog() const
         dialog->setOption(QFileDialog::ShowDirsOnly);
     } else {
         dialog->setFileMode(QFileDialog::ExistingFile);
-        dialog->setNameFilters(
-            {QStringLiteral("Pictures (*.jpg *.jpeg *.tif *.tiff *.png *.webp *.heic *.heif *.avif "
-                            "*.jxl *.bmp *.gif *.dng)"),
-             QStringLiteral("JPEG (*.jpg *.jpeg)"), QStringLiteral("TIFF (*.tif *.tiff)"),
-             QStringLiteral("All files (*)")});
+        const QStringList jpeg{QStringLiteral("jpg"), QStringLiteral("jpeg")};
+        const QStringList tiff{QStringLiteral("tif"), QStringLiteral("tiff")};
+        const QStringList other{QStringLiteral("png"),  QStringLiteral("webp"),
+                                QStringLiteral("heic"), QStringLiteral("heif"),
+                                QStringLiteral("avif"), QStringLiteral("jxl"),
+                                QStringLiteral("jp2"),  QStringLiteral("bmp"),
+                                QStringLiteral("gif"),  QStringLiteral("dng")};
+        dialog->setNameFilters({nameFilter(QStringLiteral("Pictures"), jpeg + tiff + other),
+                                nameFilter(QStringLiteral("JPEG"), jpeg),
+                                nameFilter(QStringLiteral("TIFF"), tiff),
+                                QStringLiteral("All files (*)")});
     }
     if (!m_startFolder.isEmpty()) {
         dialog->setDirectoryUrl(m_startFolder);

@@ -11,7 +11,12 @@ DropZone {
 
     required property Session session
 
-    onPicked: folder => root.session.openFolder(folder)
+    // A chooser may still be open when a folder was dropped meanwhile: one scan at a time.
+    onPicked: folder => {
+        if (root.session.screen === Session.Idle) {
+            root.session.openFolder(folder);
+        }
+    }
 
     SettingsBar {
         anchors.left: parent.left

@@ -35,9 +35,14 @@ Window {
         id: content
         anchors.fill: parent
         onRunEnded: failed => {
+            if (root.visible) {
+                return;
+            }
             if (failed) {
-                root.show();
-            } else if (!root.visible) {
+                root.visible = true;
+                root.raise();
+                root.requestActivate();
+            } else {
                 Qt.exit(0);
             }
         }

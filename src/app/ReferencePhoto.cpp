@@ -41,7 +41,12 @@ QCoro::Task<> ReferencePhoto::load(std::filesystem::path file)
     const QUrl loaded = m_source;
     m_loading = true;
     setPicture({});
-    const QImage picture = co_await runInBackground(&readPicture, std::move(file), maxSide);
+    QImage picture;
+    try {
+        picture = co_await runInBackground(&readPicture, std::move(file), maxSide);
+    } catch (...) { // NOLINT(bugprone-empty-catch)
+        // A picture that cannot be read, for whatever reason, is none.
+    }
     // Meanwhile the item may have gone, or been given another file.
     if (alive && m_source == loaded) {
         m_loading = false;

@@ -9,6 +9,7 @@
 
 #include <QDesktopServices>
 #include <QMetaEnum>
+#include <QPointer>
 
 #include <variant>
 
@@ -44,6 +45,7 @@ void SessionBridge::takeState()
         m_payloadRows.setRows(current->detection.payload.inspectorRows());
     }
     Q_EMIT stateChanged();
+    Q_EMIT writingChanged();
 }
 
 SessionBridge::Screen SessionBridge::screen() const
@@ -177,8 +179,11 @@ void SessionBridge::enterManually()
 
 void SessionBridge::submitManual(const ManualEntryDraft *draft)
 {
+    if (!draft) {
+        return;
+    }
     try {
-        m_viewModel.submitManual(draft->toPayload(ownGeneratorVersion.toString()));
+        keepTrackOf(m_viewModel.submitManual(draft->toPayload(ownGeneratorVersion.toString())));
     } catch (const ManualEntryError &) {
         // The form shows already what is missing: it cannot be submitted in that state.
         return;
@@ -187,7 +192,24 @@ void SessionBridge::submitManual(const ManualEntryDraft *draft)
 
 void SessionBridge::runIngest()
 {
-    m_viewModel.runIngest();
+    keepTrackOf(m_viewModel.runIngest());
+}
+
+bool SessionBridge::isWriting() const
+{
+    return m_runs > 0 || std::holds_alternative<Session::Writing>(m_viewModel.state());
+}
+
+QCoro::Task<> SessionBridge::keepTrackOf(QCoro::Task<> run)
+{
+    const QPointer<SessionBridge> alive(this);
+    if (m_runs++ == 0) {
+        Q_EMIT writingChanged();
+    }
+    co_await run;
+    if (alive && --m_runs == 0) {
+        Q_EMIT writingChanged();
+    }
 }
 
 void SessionBridge::reset()

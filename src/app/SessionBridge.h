@@ -37,6 +37,7 @@ class SessionBridge : public QObject
     Q_PROPERTY(int backupCount READ backupCount NOTIFY stateChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY stateChanged)
     Q_PROPERTY(QString backupMode READ backupMode WRITE setBackupMode NOTIFY backupModeChanged)
+    Q_PROPERTY(bool writing READ isWriting NOTIFY writingChanged)
     Q_PROPERTY(bool recursive READ recursive WRITE setRecursive NOTIFY recursiveChanged)
 
 public:
@@ -89,6 +90,10 @@ public:
     QString backupMode() const;
     void setBackupMode(const QString &rawMode);
 
+    /// Whether a run is under way, from its start to its end: the program must not end
+    /// meanwhile, whatever state is shown.
+    bool isWriting() const;
+
     bool recursive() const { return m_viewModel.recursive(); }
     void setRecursive(bool recursive) { m_viewModel.setRecursive(recursive); }
 
@@ -105,6 +110,7 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
+    void writingChanged();
     void backupModeChanged();
     void recursiveChanged();
 
@@ -113,6 +119,9 @@ private:
     const IngestPlan *plan() const;
     const std::filesystem::path *folderPath() const;
 
+    QCoro::Task<> keepTrackOf(QCoro::Task<> run);
+
+    int m_runs = 0;
     IngestViewModel m_viewModel;
     InspectorModel m_payloadRows;
 };

@@ -14,7 +14,7 @@ namespace {
 QString joinedName(const QString &makerText, const QString &modelText)
 {
     const QString maker = withoutOuterSpaces(makerText);
-    const QString model = withoutOuterSpaces(modelText);
+    QString model = withoutOuterSpaces(modelText);
     if (maker.isEmpty()) {
         return model;
     }

@@ -69,6 +69,8 @@ Item {
                 // A copy whatever the file browser proposes: nothing is to vanish there.
                 drop.accept(Qt.CopyAction);
                 root.picked(drop.urls[0]);
+            } else {
+                drop.accepted = false;
             }
         }
     }

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Control.h"
 #include "app/MainWindow.h"
 #include "app/Theme.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
+#include "support/TempDir.h"
 
 #include <QMimeData>
 #include <QQuickItem>
@@ -13,6 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <tuple>
 
 namespace quillmark {
@@ -198,6 +201,39 @@ TEST_F(Window, onlyHidesWhileARunWrites)
     EXPECT_EQ(m_exits.count(), 0);
     setState(Session::Done{});
     EXPECT_EQ(m_exits.count(), 1);
+}
+
+TEST_F(Window, controlsOfTheIdleScreenRestBehindTheOthers)
+{
+    const auto items = shownItems();
+    const auto inPlace = std::find_if(items.begin(), items.end(), [](const QQuickItem *item) {
+        return qobject_cast<const Control *>(item) != nullptr &&
+               item->property("text").toString() == QStringLiteral("IN PLACE");
+    });
+    ASSERT_NE(inPlace, items.end());
+    (*inPlace)->forceActiveFocus();
+    setState(Session::Ready{});
+    QTest::keyClick(m_window.get(), Qt::Key_Space);
+    EXPECT_EQ(m_session->viewModel().backupMode(), BackupMode::backupOriginals);
+
+    setState(Session::Idle{});
+    (*inPlace)->forceActiveFocus();
+    QTest::keyClick(m_window.get(), Qt::Key_Space);
+    EXPECT_EQ(m_session->viewModel().backupMode(), BackupMode::none);
+}
+
+TEST_F(Window, doesNotEndWhileASubmittedFormIsOnItsWay)
+{
+    const test::TempDir empty;
+    setState(Session::ManualEntry{empty.path(), {}});
+    ManualEntryDraft draft;
+    draft.prefill(test::minimalPayload());
+    m_session->submitManual(&draft);
+    m_window->close();
+    EXPECT_FALSE(m_window->isVisible());
+    EXPECT_EQ(m_exits.count(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_exits.count() == 1; }));
+    EXPECT_TRUE(std::holds_alternative<Session::Done>(m_session->viewModel().state()));
 }
 
 TEST_F(Window, comesBackWithTheErrorOfAHiddenRun)

@@ -111,7 +111,7 @@ TEST(SlateDetector, onlyTheFirstPageIsSearched)
     test::RasterImage blank;
     blank.width = blank.height = 64;
     blank.channels = 1;
-    blank.samples.assign(64 * 64, 40000);
+    blank.samples.assign(std::size_t{64} * 64, 40000);
     const test::RasterImage slate = test::renderFrame({slateText("roll")});
     test::writeTiff(roll / "slate-first.tif", {slate, blank});
     test::writeTiff(roll / "slate-second.tif", {blank, slate});

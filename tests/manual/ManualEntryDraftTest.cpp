@@ -73,7 +73,7 @@ TEST(ManualEntryDraft, eachRequiredFieldIsRequired)
 }
 
 struct IsoCase {
-    const char16_t *text;
+    const char16_t *text = nullptr;
     std::optional<qint64> value;
 };
 

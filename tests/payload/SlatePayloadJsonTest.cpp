@@ -86,7 +86,7 @@ TEST(SlatePayloadJson, everyShapeFailureCarriesTheWholeText)
         documentWith(QStringLiteral("iso"), ".4e3"),
         documentWith(QStringLiteral("iso"), "-9223372036854775808.5"),
         documentWith(QStringLiteral("notes"), "\"line\nbreak\""),
-        documentWith(QStringLiteral("notes"), "\"\\x\""),
+        documentWith(QStringLiteral("notes"), R"("\x")"),
         documentWith(QStringLiteral("notes"), "'single'"),
         QChar(0xFEFF) + QString::fromUtf8(minimalJson),
         QString::fromUtf8(minimalJson).chopped(1) + QStringLiteral(",}"),
