@@ -3,6 +3,8 @@
 
 #include "detection/Reduce.h"
 
+#include "detection/TwoThreads.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +14,8 @@
 
 namespace quillmark {
 namespace {
+
+constexpr std::size_t worthAThread = 6'000'000; // pixels: about a millisecond
 
 LumaImage blankImage(int width, int height)
 {
@@ -60,18 +64,35 @@ void meanOfColumns(const std::uint16_t *sums, std::uint8_t *out, int width, int 
     }
 }
 
-} // namespace
-
-LumaImage reduceByBox(const LumaView &picture, int factor)
+/// Makes the rows from `first` up to `end` of the reduced picture, and tells how many.
+int reduceRows(const LumaView &picture, int factor, LumaImage &reduced, int first, int end)
 {
-    LumaImage reduced = blankImage(picture.width / factor, picture.height / factor);
     std::vector<std::uint16_t> sums(static_cast<std::size_t>(picture.width));
-    for (int y = 0; y < reduced.height; ++y) {
+    for (int y = first; y < end; ++y) {
         std::ranges::fill(sums, std::uint16_t{0});
         for (int i = 0; i < factor; ++i) {
             addRow(sums, picture.row(y * factor + i));
         }
         meanOfColumns(sums.data(), reduced.row(y), reduced.width, factor);
+    }
+    return end - first;
+}
+
+} // namespace
+
+LumaImage reduceByBox(const LumaView &picture, int factor)
+{
+    LumaImage reduced = blankImage(picture.width / factor, picture.height / factor);
+    const int middle = reduced.height / 2;
+    const auto upper = [&] { return reduceRows(picture, factor, reduced, 0, middle); };
+    const auto lower = [&] { return reduceRows(picture, factor, reduced, middle, reduced.height); };
+    const auto pixels =
+        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+    if (pixels < worthAThread) {
+        upper();
+        lower();
+    } else {
+        runBoth(upper, lower);
     }
     return reduced;
 }
