@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <numeric>
 
 namespace quillmark {
@@ -40,6 +41,29 @@ TEST(Reduce, aBoxIsTheMeanOfItsPixels)
     EXPECT_EQ(half.width, 2);
     EXPECT_EQ(half.height, 1);
     EXPECT_THAT(half.pixels, ElementsAre(15, 241));
+}
+
+TEST(Reduce, aLargePictureIsReducedAlikeInBothHalves)
+{
+    LumaImage large;
+    large.width = 3001;
+    large.height = 2101;
+    large.pixels.resize(std::size_t{3001} * 2101);
+    for (std::size_t i = 0; i < large.pixels.size(); ++i) {
+        large.pixels[i] = static_cast<std::uint8_t>((i * 2654435761U) >> 13U);
+    }
+    const LumaImage reduced = reduceByBox(large, 3);
+    int wrong = 0;
+    for (int y = 0; y < reduced.height; ++y) {
+        for (int x = 0; x < reduced.width; ++x) {
+            int sum = 0;
+            for (int i = 0; i < 9; ++i) {
+                sum += large.row(3 * y + i / 3)[3 * x + i % 3];
+            }
+            wrong += std::abs(reduced.row(y)[x] - sum / 9) > 1 ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(Reduce, everyFactorKeepsAFlatPictureFlat)
