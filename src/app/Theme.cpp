@@ -4,6 +4,7 @@
 #include "app/Theme.h"
 
 #include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 
 namespace quillmark {
@@ -66,6 +67,16 @@ QFont Theme::tracked(const QFont &font, qreal tracking)
     QFont result = font;
     result.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     return result;
+}
+
+qreal Theme::widestWord(const QString &text, const QFont &font)
+{
+    const QFontMetricsF metrics(font);
+    qreal widest = 0;
+    for (const QStringView word : QStringView(text).split(u' ')) {
+        widest = qMax(widest, metrics.horizontalAdvance(word.toString()));
+    }
+    return widest;
 }
 
 QPalette Theme::widgetPalette()

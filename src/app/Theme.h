@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QObject>
 #include <QPalette>
+#include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace quillmark {
@@ -83,6 +84,9 @@ public:
 
     /// A font with that many pixels added after each character.
     Q_INVOKABLE static QFont tracked(const QFont &font, qreal tracking);
+
+    /// How wide a text's longest word is, in pixels: narrower than this it cannot be wrapped.
+    Q_INVOKABLE static qreal widestWord(const QString &text, const QFont &font);
 
     /// The colours for windows that the widget library draws.
     static QPalette widgetPalette();

@@ -18,7 +18,9 @@ RowLayout {
     spacing: 32
 
     LabelText {
+        id: caption
         Layout.fillWidth: true
+        Layout.minimumWidth: Math.ceil(Theme.widestWord(caption.text, caption.font))
         Layout.maximumWidth: Math.ceil(implicitWidth)
         text: "BACKUP MODE"
         wrapMode: Text.WordWrap
@@ -36,6 +38,7 @@ RowLayout {
 
                 Layout.fillWidth: true
                 Layout.fillHeight: true
+                Layout.minimumWidth: minimumWidth
                 Layout.maximumWidth: implicitWidth
                 text: mode.title
                 checked: root.selection === button.modelData

@@ -12,6 +12,10 @@ PlainButton {
 
     required checked
 
+    /// What keeps every word of the text whole.
+    readonly property real minimumWidth: 2 * root.horizontalPadding + Math.ceil(
+        Theme.widestWord(root.text, Theme.tracked(Theme.font.label, root.tracking)))
+
     kind: Control.Choice
     tracking: 2.5
     horizontalPadding: 14

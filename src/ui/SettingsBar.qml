@@ -27,11 +27,14 @@ ColumnLayout {
         spacing: 32
 
         BackupModePicker {
+            Layout.fillWidth: true
+            Layout.maximumWidth: Math.ceil(implicitWidth)
             selection: root.backupMode
             onPicked: rawMode => root.backupModePicked(rawMode)
         }
         ToggleSwitch {
             Layout.fillWidth: true
+            Layout.minimumWidth: minimumWidth
             Layout.maximumWidth: Math.ceil(implicitWidth)
             text: "RECURSE INTO SUBFOLDERS"
             checked: root.recursive

@@ -25,12 +25,17 @@ ScrollPanel {
         text: "ROLL"
     }
     Item {
-        implicitWidth: images.x + images.width
+        id: total
+        Layout.fillWidth: true
         implicitHeight: figure.implicitHeight
 
+        // Set smaller where a number is too long for the panel.
         StyledText {
             id: figure
+            width: Math.min(Math.ceil(figure.implicitWidth),
+                            total.width - images.anchors.leftMargin - images.width)
             style: Theme.font.figure
+            fontSizeMode: Text.HorizontalFit
             text: root.imageCount
         }
         LabelText {

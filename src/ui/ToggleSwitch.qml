@@ -16,6 +16,10 @@ Control {
     /// Off where the text stands elsewhere.
     property bool textVisible: true
 
+    /// What keeps every word of the text whole.
+    readonly property real minimumWidth: track.width + label.anchors.leftMargin
+        + Math.ceil(Theme.widestWord(root.text, label.font))
+
     signal toggled(bool checked)
 
     kind: Control.Switch

@@ -5,6 +5,7 @@
 #include "support/TempDir.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QObject>
 #include <QQmlEngine>
 #include <QtQml/qqmlextensionplugin.h>
@@ -34,6 +35,11 @@ int main(int argc, char **argv)
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     ::setenv("QT_QUICK_BACKEND", "software", 1);
     const QApplication application(argc, argv);
+    if (const int points = qEnvironmentVariableIntValue("QUILLMARK_TEST_POINTS"); points > 0) {
+        QFont font = QGuiApplication::font();
+        font.setPointSize(points);
+        QGuiApplication::setFont(font);
+    }
     quillmark::installAccessibility();
     Setup setup;
     return quick_test_main_with_setup(argc, argv, "qml", QUICK_TEST_SOURCE_DIR, &setup);
