@@ -1,23 +1,30 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-// screenshots FOLDER: saves a picture of every screen, at the usual and at the smallest size
-// of the window, with everyday and with overlong texts. Needs no display.
+// Saves a picture of every screen. Needs no display; QT_SCALE_FACTOR sets the density.
 
+#include "app/ReferencePhoto.h"
 #include "app/SessionBridge.h"
+#include "manual/LastUsedPayloadStore.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QDir>
+#include <QEventLoop>
+#include <QFile>
 #include <QImage>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,6 +35,16 @@ namespace {
 
 using namespace quillmark;
 using Session = IngestViewModel;
+
+/// How long a picture of a scan may take to be read.
+constexpr int pictureTimeout = 60'000;
+
+struct Options {
+    QDir folder;
+    std::filesystem::path frame; ///< what stands beside the form as the slate; may be empty
+    bool overlong = false;
+    QString suffix;
+};
 
 struct Shot {
     QString name;
@@ -57,78 +74,117 @@ SlatePayload samplePayload()
     return payload;
 }
 
-std::vector<Shot> shots(const QString &suffix, const std::string &folderName,
-                        const SlatePayload &payload, const QString &error)
+/// Every screen, for a roll in a folder of this name.
+std::vector<Shot> shots(const std::string &folderName, const SlatePayload &payload,
+                        const QString &error, const std::filesystem::path &frame)
 {
     const std::filesystem::path folder = "/rolls/" + folderName;
     const IngestPlan plan{.folder = folder,
-                          .detection = {folder / (folderName + ".jpg"), payload, QString()},
+                          .detection = {folder / "frame-02.tif", payload, QString()},
                           .rollFiles = std::vector<std::filesystem::path>(36),
                           .backupMode = BackupMode::backupOriginals};
     const IngestOutcome outcome{plan, plan.rollFiles, plan.rollFiles};
-    std::vector<Shot> all{
+    const std::optional<std::filesystem::path> slate =
+        frame.empty() ? std::nullopt : std::optional(frame);
+    return {
         {QStringLiteral("idle"), Session::Idle{}},
         {QStringLiteral("scanning"), Session::Scanning{folder}},
-        {QStringLiteral("ready"), Session::Ready{plan}},
-        {QStringLiteral("detection-failed"), Session::DetectionFailed{folder, 36}},
-        {QStringLiteral("manual-entry"), Session::ManualEntry{folder, std::nullopt}},
-        {QStringLiteral("manual-entry-frame"), Session::ManualEntry{folder, plan.detection.file}},
+        {QStringLiteral("plan"), Session::Ready{plan}},
+        {QStringLiteral("slate-not-found"), Session::DetectionFailed{folder, 36}},
+        {QStringLiteral("manual-entry-empty"), Session::ManualEntry{folder, std::nullopt}},
+        {QStringLiteral("manual-entry"), Session::ManualEntry{folder, slate}},
         {QStringLiteral("writing"), Session::Writing{plan}},
         {QStringLiteral("done"), Session::Done{outcome}},
         {QStringLiteral("error"), Session::Error{error}},
     };
-    for (Shot &shot : all) {
-        shot.name += suffix;
-    }
-    return all;
 }
 
-/// Every screen with the texts of an ordinary roll.
-std::vector<Shot> everydayShots()
+std::vector<Shot> everydayShots(const std::filesystem::path &frame)
 {
-    return shots({}, "Roll-12", samplePayload(),
-                 QStringLiteral("exiftool failed (exit 1): Error: File not found - a.jpg"));
+    return shots("Harbour 12", samplePayload(),
+                 QStringLiteral("exiftool failed (exit 1): Error: File not found - a.jpg"), frame);
 }
 
-/// Every screen with texts as long as file systems and slates allow.
-std::vector<Shot> overlongShots()
+/// The same with texts as long as file systems and slates allow.
+std::vector<Shot> overlongShots(const std::filesystem::path &frame)
 {
     SlatePayload payload = samplePayload();
     payload.notes = QStringLiteral("A long note about light and fog. ").repeated(30);
     payload.cameraModel = QString(200, QLatin1Char('K'));
-    return shots(QStringLiteral("-long"), std::string(200, 'm'), payload,
-                 QStringLiteral("Error: File format error - a.jpg\n").repeated(100));
+    return shots(std::string(200, 'm'), payload,
+                 QStringLiteral("Error: File format error - a.jpg\n").repeated(100), frame);
 }
 
-bool save(QQuickWindow &window, const QDir &folder, const Shot &shot, QSize size)
+/// Returns once the picture beside the form is there, or none is to come.
+void waitForPicture(const QQuickWindow &window)
 {
-    window.resize(size);
-    window.findChild<SessionBridge *>()->viewModel().setState(shot.state);
-    QCoreApplication::processEvents(); // resizing and layouts happen there
-    const QString file = folder.filePath(
-        QStringLiteral("%1-%2x%3.png").arg(shot.name).arg(size.width()).arg(size.height()));
+    const auto *photo = window.findChild<ReferencePhoto *>();
+    if (photo == nullptr || photo->isEmpty() || !photo->picture().isNull()) {
+        return;
+    }
+    QEventLoop loop;
+    QObject::connect(photo, &ReferencePhoto::pictureChanged, &loop, [&] {
+        if (photo->isEmpty() || !photo->picture().isNull()) {
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(pictureTimeout, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool save(QQuickWindow &window, const Shot &shot, const Options &options)
+{
+    Session &session = window.findChild<SessionBridge *>()->viewModel();
+    session.setState(Session::Idle{}); // so that each screen is a new one
+    session.setState(shot.state);
+    QCoreApplication::processEvents(); // layouts happen there
+    waitForPicture(window);
+    const QString file =
+        options.folder.filePath(shot.name + options.suffix + QStringLiteral(".png"));
     const bool saved = window.grabWindow().save(file);
     std::printf("%s %s\n", saved ? "saved" : "cannot save", qUtf8Printable(file));
     return saved;
+}
+
+std::optional<Options> parseOptions()
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Saves a picture of every screen."));
+    parser.addHelpOption();
+    parser.addOption({QStringLiteral("frame"), QStringLiteral("What stands beside the form."),
+                      QStringLiteral("file")});
+    parser.addOption({QStringLiteral("overlong"),
+                      QStringLiteral("Overlong texts in the smallest window.")});
+    parser.addOption({QStringLiteral("suffix"), QStringLiteral("Ends the pictures' names."),
+                      QStringLiteral("text")});
+    parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("Where to."));
+    parser.process(*QCoreApplication::instance());
+    if (parser.positionalArguments().size() != 1) {
+        return std::nullopt;
+    }
+    Options options{.folder = QDir(parser.positionalArguments().constFirst()),
+                    .frame = QFile::encodeName(parser.value(QStringLiteral("frame"))).toStdString(),
+                    .overlong = parser.isSet(QStringLiteral("overlong")),
+                    .suffix = parser.value(QStringLiteral("suffix"))};
+    if (!options.frame.empty()) {
+        options.frame = std::filesystem::absolute(options.frame);
+    }
+    return options;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: screenshots FOLDER\n");
-        return EXIT_FAILURE;
-    }
-    // The form is to start empty, whatever was typed on this machine before.
+    // What is typed here is not to be offered to the user of this machine, nor the reverse.
     const QTemporaryDir settings;
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
-    const QDir folder(QFile::decodeName(argv[1]));
-    if (!folder.mkpath(QStringLiteral("."))) {
-        std::fprintf(stderr, "cannot make %s\n", argv[1]);
+    const std::optional<Options> options = parseOptions();
+    if (!options || !options->folder.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "screenshots: give one folder that can be made\n");
         return EXIT_FAILURE;
     }
 
@@ -140,15 +196,17 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n", qUtf8Printable(main.errorString()));
         return EXIT_FAILURE;
     }
+    if (options->overlong) {
+        window->resize(window->minimumSize());
+    }
 
     bool saved = true;
-    const QSize usual = window->size();
-    for (const Shot &shot : everydayShots()) {
-        saved = save(*window, folder, shot, usual) && saved;
-        saved = save(*window, folder, shot, window->minimumSize()) && saved;
-    }
-    for (const Shot &shot : overlongShots()) {
-        saved = save(*window, folder, shot, window->minimumSize()) && saved;
+    for (const Shot &shot :
+         options->overlong ? overlongShots(options->frame) : everydayShots(options->frame)) {
+        saved = save(*window, shot, *options) && saved;
+        if (shot.name == QLatin1String("manual-entry-empty")) {
+            LastUsedPayloadStore::save(samplePayload());
+        }
     }
     return saved ? EXIT_SUCCESS : EXIT_FAILURE;
 }
