@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QImage>
@@ -17,9 +18,9 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -115,21 +116,22 @@ std::vector<Shot> overlongShots(const std::filesystem::path &frame)
                  QStringLiteral("Error: File format error - a.jpg\n").repeated(100), frame);
 }
 
+bool isWaiting(const QQuickWindow &window)
+{
+    const QList<ReferencePhoto *> photos = window.findChildren<ReferencePhoto *>();
+    return std::any_of(photos.begin(), photos.end(), [](const ReferencePhoto *photo) {
+        return !photo->isEmpty() && photo->picture().isNull();
+    });
+}
+
 /// Returns once the picture beside the form is there, or none is to come.
 void waitForPicture(const QQuickWindow &window)
 {
-    const auto *photo = window.findChild<ReferencePhoto *>();
-    if (photo == nullptr || photo->isEmpty() || !photo->picture().isNull()) {
-        return;
+    QElapsedTimer clock;
+    clock.start();
+    while (isWaiting(window) && !clock.hasExpired(pictureTimeout)) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    QEventLoop loop;
-    QObject::connect(photo, &ReferencePhoto::pictureChanged, &loop, [&] {
-        if (photo->isEmpty() || !photo->picture().isNull()) {
-            loop.quit();
-        }
-    });
-    QTimer::singleShot(pictureTimeout, &loop, &QEventLoop::quit);
-    loop.exec();
 }
 
 bool save(QQuickWindow &window, const Shot &shot, const Options &options)
