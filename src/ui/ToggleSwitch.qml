@@ -21,17 +21,13 @@ Control {
     kind: Control.Switch
     onClicked: root.toggled(!root.checked)
 
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
     implicitWidth: track.width
-                   + (label.visible ? label.anchors.leftMargin + label.implicitWidth : 0)
+                   + (label.visible ? label.anchors.leftMargin + Math.ceil(label.implicitWidth) : 0)
     implicitHeight: Math.max(track.height, label.implicitHeight)
 
     Accessible.role: Accessible.CheckBox
     Accessible.ignored: !root.visible
-
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.press()
-    }
 
     Rectangle {
         id: track
@@ -39,7 +35,10 @@ Control {
         width: 30
         height: 18
         radius: 9
-        color: root.checked ? Theme.color.primary : Theme.color.outlineVariant
+        color: Qt.tint(root.checked ? Theme.color.primary : Theme.color.outlineVariant,
+                       Theme.stateLayer(root.checked ? Theme.color.background
+                                                     : Theme.color.onSurface,
+                                        root.pointedAt, root.pressed))
 
         Rectangle {
             anchors.verticalCenter: parent.verticalCenter
@@ -48,11 +47,6 @@ Control {
             height: 14
             radius: 7
             color: root.checked ? Theme.color.background : Theme.color.onSurface
-        }
-
-        FocusRing {
-            target: root
-            radius: 13
         }
     }
 
@@ -66,5 +60,9 @@ Control {
         text: root.text
         wrapMode: Text.WordWrap
         Accessible.ignored: true
+    }
+
+    FocusRing {
+        target: root
     }
 }
