@@ -28,6 +28,10 @@ void Control::setText(const QString &text)
     if (m_text != text) {
         m_text = text;
         Q_EMIT textChanged();
+        if (QAccessible::isActive()) {
+            QAccessibleEvent event(this, QAccessible::NameChanged);
+            QAccessible::updateAccessibility(&event);
+        }
     }
 }
 
@@ -40,7 +44,8 @@ void Control::setChecked(bool checked)
     Q_EMIT checkedChanged();
     if (QAccessible::isActive()) {
         QAccessible::State changed;
-        changed.checked = true;
+        changed.checked = m_kind != Day;
+        changed.selected = m_kind == Day;
         QAccessibleStateChangeEvent event(this, changed);
         QAccessible::updateAccessibility(&event);
     }

@@ -29,6 +29,7 @@ public:
         Button,
         Switch, ///< checked or not
         Choice, ///< checked where it is the one chosen among its neighbours
+        Day,    ///< of a calendar; checked where it is the chosen one
     };
     Q_ENUM(Kind)
 

@@ -17,6 +17,8 @@ Box {
     required property string value
     property string placeholder: ""
     property real horizontalPadding: 10
+    /// Room at the end for something else.
+    property real trailing: 0
     /// Off while the text is none that the owner takes.
     property bool acceptable: true
 
@@ -27,6 +29,10 @@ Box {
     property bool pointedInto: false
 
     signal edited(string text)
+
+    function takeFocus(): void {
+        input.forceActiveFocus();
+    }
 
     implicitWidth: 100
     implicitHeight: input.implicitHeight + 16
@@ -58,7 +64,8 @@ Box {
         objectName: "input"
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.margins: root.horizontalPadding
+        anchors.leftMargin: root.horizontalPadding
+        anchors.rightMargin: root.horizontalPadding + root.trailing
         y: 8
         font: Theme.font.body
         color: root.enabled ? Theme.color.onSurface : Theme.color.onSurfaceVariant
