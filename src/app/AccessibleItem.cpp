@@ -46,8 +46,9 @@ QAccessible::State AccessibleItem::state() const
 
 QAccessibleInterface *AccessibleItem::parent() const
 {
-    for (QQuickItem *each = item()->parentItem(); each; each = each->parentItem()) {
-        if (QAccessibleInterface *found = QAccessible::queryAccessibleInterface(each)) {
+    for (QQuickItem *above = item()->parentItem(); above; above = above->parentItem()) {
+        // None for items that are not in the tree.
+        if (auto *found = QAccessible::queryAccessibleInterface(above)) {
             return found;
         }
     }

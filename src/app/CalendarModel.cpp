@@ -53,8 +53,9 @@ CalendarModel::CalendarModel(QObject *parent)
     : QAbstractListModel(parent), m_today(QDate::currentDate()), m_current(m_today)
 {}
 
-void CalendarModel::setLocale(const QLocale &locale)
+void CalendarModel::setLocaleName(const QString &name)
 {
+    const QLocale locale(name);
     if (m_locale != locale) {
         m_locale = locale;
         tellChanged();

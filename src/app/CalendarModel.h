@@ -20,7 +20,7 @@ class CalendarModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QLocale locale READ locale WRITE setLocale NOTIFY changed)
+    Q_PROPERTY(QString localeName READ localeName WRITE setLocaleName NOTIFY changed)
     Q_PROPERTY(QString today READ today WRITE setToday NOTIFY changed)
     Q_PROPERTY(QString chosen READ chosen WRITE setChosen NOTIFY changed)
     Q_PROPERTY(QString current READ current NOTIFY changed)
@@ -46,8 +46,9 @@ public:
 
     explicit CalendarModel(QObject *parent = nullptr);
 
-    QLocale locale() const { return m_locale; }
-    void setLocale(const QLocale &locale);
+    /// Whose words and weeks are shown, like "nb_NO"; the user's at the start.
+    QString localeName() const { return m_locale.name(); }
+    void setLocaleName(const QString &name);
     /// The day that counts as today; that of the local time zone at the start.
     QString today() const;
     void setToday(const QString &day);

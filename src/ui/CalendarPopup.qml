@@ -13,8 +13,10 @@ FocusScope {
 
     required property Item field
     property alias chosen: days.chosen
-    property alias locale: days.locale
+    property alias localeName: days.localeName
     property alias today: days.today
+
+    property bool shown: false
 
     signal picked(string day)
     signal dismissed
@@ -22,6 +24,13 @@ FocusScope {
     function show(): void {
         root.place();
         grid.focusCurrent();
+        root.shown = true;
+    }
+    /// In a window of another size the field goes elsewhere.
+    function dismissOnceShown(): void {
+        if (root.shown) {
+            root.dismissed();
+        }
     }
     /// Below the field where there is room, else above it, else beside it.
     function place(): void {
@@ -35,12 +44,13 @@ FocusScope {
         panel.y = fitsBelow ? below : Math.max(8, beside ? root.height - panel.height - 8 : above);
     }
 
-    onWidthChanged: Qt.callLater(root.place)
-    onHeightChanged: Qt.callLater(root.place)
+    onWidthChanged: root.dismissOnceShown()
+    onHeightChanged: root.dismissOnceShown()
 
     Keys.onEscapePressed: root.dismissed()
-    // A screen's own Escape is for when nothing lies over it.
-    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
+    // What keys mean to the window and its screen is for when nothing lies over them; what
+    // goes with Ctrl, like ending the program, stays.
+    Keys.onShortcutOverride: event => event.accepted = !(event.modifiers & Qt.ControlModifier)
 
     CalendarModel {
         id: days

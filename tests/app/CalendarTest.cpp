@@ -88,7 +88,7 @@ class CalendarModelTest : public ::testing::Test
 protected:
     CalendarModelTest()
     {
-        m_model.setLocale(QLocale(QLocale::English, QLocale::UnitedKingdom));
+        m_model.setLocaleName(QStringLiteral("en_GB"));
         m_model.setToday(QStringLiteral("2026-05-14"));
         m_model.setChosen(QStringLiteral("2026-05-01"));
     }
@@ -153,13 +153,13 @@ TEST_F(CalendarModelTest, startsTheWeekAsTheLocaleDoes)
 {
     EXPECT_EQ(m_model.weekdays().first(), QStringLiteral("Mon"));
     EXPECT_EQ(m_model.weekdays().last(), QStringLiteral("Sun"));
-    m_model.setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    m_model.setLocaleName(QStringLiteral("en_US"));
     EXPECT_EQ(m_model.weekdays().first(), QStringLiteral("Sun"));
     EXPECT_EQ(m_model.weekdays().last(), QStringLiteral("Sat"));
     EXPECT_EQ(at(0, CalendarModel::DayRole), QStringLiteral("2026-04-26"));
     EXPECT_EQ(at(m_model.currentPlace(), CalendarModel::NameRole),
               QStringLiteral("Friday, May 1, 2026"));
-    m_model.setLocale(QLocale(QLocale::German, QLocale::Germany));
+    m_model.setLocaleName(QStringLiteral("de_DE"));
     EXPECT_EQ(m_model.title(), QStringLiteral("Mai 2026"));
     EXPECT_EQ(m_model.weekdays().first(), QStringLiteral("Mo"));
     EXPECT_EQ(at(m_model.currentPlace(), CalendarModel::NameRole),
@@ -204,7 +204,7 @@ TEST_F(CalendarModelTest, movesByMonthsAndYears)
 
 TEST_F(CalendarModelTest, namesNothingPastItsBounds)
 {
-    m_model.setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    m_model.setLocaleName(QStringLiteral("en_US"));
     m_model.setChosen(QStringLiteral("0001-01-01"));
     EXPECT_EQ(m_model.currentPlace(), 1);
     EXPECT_EQ(at(0, CalendarModel::DayRole), QString());

@@ -295,6 +295,13 @@ ScreenTest {
         verify(!picker().opened);
     }
 
+    function test_closesWhenTheWindowChangesItsSize() {
+        openByKey();
+        root.Window.window.width += 20;
+        tryVerify(() => !picker().opened);
+        root.Window.window.width -= 20;
+    }
+
     function test_goesWithItsField() {
         openByKey();
         item.destroy();
@@ -353,7 +360,7 @@ ScreenTest {
                 id: popup
                 anchors.fill: parent
                 field: field
-                locale: Qt.locale("en_US")
+                localeName: "en_US"
                 today: "2026-05-14"
                 chosen: "2026-05-01"
             }
@@ -364,7 +371,7 @@ ScreenTest {
         verify(shown("SUN"));
         compare(days()[0].day, "2026-04-26");
         compare(day("2026-05-01").text, "Friday, May 1, 2026");
-        it.sheet.locale = Qt.locale("de_DE");
+        it.sheet.localeName = "de_DE";
         compare(days()[0].day, "2026-04-27");
         compare(day("2026-05-01").text, "Freitag, 1. Mai 2026");
         verify(shown("MAI 2026"));
