@@ -5,28 +5,10 @@
 
 #include "app/PixelGrid.h"
 
-#include <QMatrix4x4>
-#include <QQuickWindow>
-
 #include <algorithm>
 
 namespace quillmark {
 namespace {
-
-/// Where a node's origin is in the window; nothing if the way there is more than a shift.
-std::optional<QPointF> originInWindow(const QSGNode *node)
-{
-    QMatrix4x4 whole;
-    for (const QSGNode *each = node; each; each = each->parent()) {
-        if (each->type() == QSGNode::TransformNodeType) {
-            whole = static_cast<const QSGTransformNode *>(each)->matrix() * whole;
-        }
-    }
-    const QPointF origin(whole(0, 3), whole(1, 3));
-    whole(0, 3) = 0;
-    whole(1, 3) = 0;
-    return whole.isIdentity() ? std::optional(origin) : std::nullopt;
-}
 
 /// The four sides of a frame inside a rectangle: the upper and lower one in full length.
 std::array<QRectF, 4> sides(const QRectF &rect, qreal width)
@@ -49,12 +31,12 @@ QSGRectangleNode *newRectangle(QQuickWindow &window, QSGNode &parent)
 
 } // namespace
 
-BoxNode::BoxNode(QQuickWindow &window)
-    : m_fill(newRectangle(window, *this)),
-      m_lines{newRectangle(window, *this), newRectangle(window, *this), newRectangle(window, *this),
-              newRectangle(window, *this)}
+BoxNode::BoxNode(QQuickWindow &quickWindow)
+    : SnappedNode(quickWindow), m_fill(newRectangle(quickWindow, *this))
 {
-    setFlag(UsePreprocess);
+    for (QSGRectangleNode *&line : m_lines) {
+        line = newRectangle(quickWindow, *this);
+    }
 }
 
 void BoxNode::setLook(const Look &look)
@@ -63,33 +45,33 @@ void BoxNode::setLook(const Look &look)
         return;
     }
     m_look = look;
-    m_placedAt.reset();
     m_fill->setColor(look.fill);
     for (QSGRectangleNode *line : m_lines) {
         line->setColor(look.line);
     }
+    // For where nothing is snapped.
     place({});
-    m_placedAt.reset();
+    setStale();
 }
 
-void BoxNode::preprocess()
+QRectF BoxNode::place(const QPointF &origin)
 {
-    const auto origin = originInWindow(this);
-    if (origin && origin != m_placedAt) {
-        place(*origin);
-    }
-}
-
-void BoxNode::place(const QPointF &origin)
-{
-    m_placedAt = origin;
-    const QRectF rect =
-        pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale).translated(-origin);
+    const QRectF inWindow = pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale);
+    const QRectF rect = inWindow.translated(-origin);
     m_fill->setRect(m_look.fill.alpha() > 0 ? rect : QRectF());
     const bool lined = m_look.line.alpha() > 0 && m_look.lineWidth > 0;
     const auto lines = sides(rect, pixelgrid::thickness(m_look.lineWidth, m_look.scale));
     for (std::size_t i = 0; i < lines.size(); ++i) {
         m_lines[i]->setRect(lined ? lines[i] : QRectF());
+    }
+    return inWindow;
+}
+
+void BoxNode::redraw()
+{
+    m_fill->markDirty(DirtyMaterial);
+    for (QSGRectangleNode *line : m_lines) {
+        line->markDirty(DirtyMaterial);
     }
 }
 

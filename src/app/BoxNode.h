@@ -3,21 +3,18 @@
 
 #pragma once
 
+#include "app/SnappedNode.h"
+
 #include <QColor>
 #include <QRectF>
-#include <QSGNode>
 #include <QSGRectangleNode>
 
 #include <array>
-#include <optional>
-
-class QQuickWindow;
 
 namespace quillmark {
 
-/// How a Box is drawn: a fill and four lines. Where they go is decided in every frame, since
-/// whatever the box stands in may have moved. Render thread only.
-class BoxNode : public QSGNode
+/// How a Box is drawn: a fill and four lines.
+class BoxNode : public SnappedNode
 {
 public:
     struct Look {
@@ -34,14 +31,12 @@ public:
 
     void setLook(const Look &look);
 
-    /// Called by the scene graph ahead of each frame.
-    void preprocess() override;
+protected:
+    QRectF place(const QPointF &origin) override;
+    void redraw() override;
 
 private:
-    void place(const QPointF &origin);
-
     Look m_look;
-    std::optional<QPointF> m_placedAt;
     QSGRectangleNode *m_fill;
     std::array<QSGRectangleNode *, 4> m_lines;
 };

@@ -35,13 +35,12 @@ Item {
         }
     }
 
-    Rectangle {
+    Pill {
         id: thumb
         x: 3
         y: root.flickable.visibleArea.yPosition * root.height
         width: 4
         height: Math.max(24, root.flickable.visibleArea.heightRatio * root.height)
-        radius: 2
         color: drag.active ? Theme.color.primary
                : hover.hovered ? Theme.color.onSurface
                : Theme.color.onSurfaceVariant

@@ -29,23 +29,21 @@ Control {
     Accessible.role: Accessible.CheckBox
     Accessible.ignored: !root.visible
 
-    Rectangle {
+    Pill {
         id: track
         anchors.verticalCenter: parent.verticalCenter
         width: 30
         height: 18
-        radius: 9
         color: Qt.tint(root.checked ? Theme.color.primary : Theme.color.outlineVariant,
                        Theme.stateLayer(root.checked ? Theme.color.background
                                                      : Theme.color.onSurface,
                                         root.pointedAt, root.pressed))
 
-        Rectangle {
+        Pill {
             anchors.verticalCenter: parent.verticalCenter
             x: root.checked ? track.width - width - 2 : 2
             width: 14
             height: 14
-            radius: 7
             color: root.checked ? Theme.color.background : Theme.color.onSurface
         }
     }

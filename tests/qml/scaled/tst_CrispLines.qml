@@ -100,6 +100,37 @@ TestCase {
         }
     }
 
+    Component {
+        id: pill
+        Pill {
+            width: 30
+            height: 18
+            color: Theme.color.primary
+        }
+    }
+    Component {
+        id: scene
+        Item {
+            width: 300
+            height: 100
+            DatePicker {
+                objectName: "picker"
+                x: 20.3
+                y: 10.5
+                width: 150
+                name: "DATE"
+                value: "2026-05-01"
+            }
+            ToggleSwitch {
+                objectName: "switch"
+                x: 200.25
+                y: 15.7
+                text: ""
+                checked: false
+            }
+        }
+    }
+
     /// Lengths of what has one colour, in device pixels, along a line through the picture.
     function runs(image: var, x: real, y: real, dx: int, dy: int, length: real): var {
         const found = [];
@@ -215,5 +246,63 @@ TestCase {
                 compare(line.length, pixels(1));
             }
         }
+    }
+
+    /// A frame in which only some of it changes leaves the rest as it was.
+    function test_changesLeaveTheRestWhole() {
+        const it = createTemporaryObject(scene, root);
+        waitForRendering(it);
+        const before = grabImage(root);
+        const picker = findChild(it, "picker");
+        const change = on => {
+            if (on) {
+                picker.takeFocus();
+                keyClick(Qt.Key_End);
+            } else {
+                root.forceActiveFocus();
+            }
+            findChild(it, "switch").checked = on;
+            picker.enabled = !on;
+            grabImage(root);
+            picker.enabled = true;
+        };
+        change(true);
+        grabImage(root);
+        change(false);
+        const after = grabImage(root);
+        let different = [];
+        for (let y = 0; y < 60 * ratio; ++y) {
+            for (let x = 0; x < 300 * ratio; ++x) {
+                if (!Qt.colorEqual(before.pixel(x, y), after.pixel(x, y))) {
+                    different.push([x, y]);
+                }
+            }
+        }
+        compare(different.length, 0, JSON.stringify(different.slice(0, 20)));
+    }
+
+    function test_pillsAreRound_data() {
+        return [0, 0.25, 0.3, 0.5, 0.77].map(shift => ({tag: "at " + shift, shift: shift}));
+    }
+    function test_pillsAreRound(data) {
+        const it = createTemporaryObject(pill, root, {x: 20 + data.shift, y: 30 + data.shift});
+        waitForRendering(it);
+        const image = grabImage(root);
+        const ink = Theme.color.primary.toString();
+        const widths = [];
+        for (let y = 25; y < 55; y += 1 / ratio) {
+            const found = runs(image, 10, y, 1, 0, 60).filter(run => run.color === ink);
+            verify(found.length <= 1, "no gap at " + y);
+            if (found.length === 1) {
+                widths.push(found[0].length);
+            }
+        }
+        fuzzyCompare(widths.length, 18 * ratio, 1.01);
+        const widest = widths.indexOf(Math.max(...widths));
+        widths.forEach((width, i) => {
+            verify(i === 0 || (i <= widest ? width >= widths[i - 1] : width <= widths[i - 1]),
+                   "it widens to the middle: " + widths);
+            fuzzyCompare(width, widths[widths.length - 1 - i], 2.01, "as below as above");
+        });
     }
 }
