@@ -22,7 +22,7 @@ public:
     QRect rect() const override;
     QAccessible::State state() const override;
 
-    /// The window: items of this kind do not stand in one another.
+    /// The nearest item around this one that is in the tree too, or the window.
     QAccessibleInterface *parent() const override;
     QAccessibleInterface *child(int index) const override;
     int childCount() const override { return 0; }

@@ -14,7 +14,7 @@ Item {
 
     signal picked(url folder)
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         color: root.hovered ? Theme.color.surfaceContainer : Theme.color.surfaceContainerLow
         border.width: root.hovered ? 2 : 1

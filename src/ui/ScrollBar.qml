@@ -35,14 +35,15 @@ Item {
         }
     }
 
-    Rectangle {
+    Pill {
         id: thumb
         x: 3
         y: root.flickable.visibleArea.yPosition * root.height
         width: 4
         height: Math.max(24, root.flickable.visibleArea.heightRatio * root.height)
-        radius: 2
-        color: drag.active || hover.hovered ? Theme.color.primary : Theme.color.onSurfaceVariant
+        color: drag.active ? Theme.color.primary
+               : hover.hovered ? Theme.color.onSurface
+               : Theme.color.onSurfaceVariant
     }
 
     HoverHandler {
