@@ -8,10 +8,12 @@
 #include <QAccessibleActionInterface>
 #include <QAccessibleObject>
 #include <QQuickItem>
+#include <QVariant>
 
 namespace quillmark {
 
-/// An item of the window without accessible children, as assistive technology sees it.
+/// An item of the window without accessible children, as assistive technology sees it. It
+/// says by itself when the item is enabled or disabled.
 class AccessibleItem : public QAccessibleObject, public QAccessibleActionInterface
 {
 public:
@@ -20,9 +22,12 @@ public:
     void *interface_cast(QAccessible::InterfaceType type) override;
     QWindow *window() const override;
     QRect rect() const override;
+    /// What is scrolled out of a clipping item is off the screen.
     QAccessible::State state() const override;
+    /// The description is that given with Accessible.description.
+    QString text(QAccessible::Text kind) const override;
 
-    /// The window: items of this kind do not stand in one another.
+    /// The nearest item around this one that is in the tree too, or the window.
     QAccessibleInterface *parent() const override;
     QAccessibleInterface *child(int index) const override;
     int childCount() const override { return 0; }
@@ -34,6 +39,11 @@ public:
 
 protected:
     QQuickItem *item() const { return static_cast<QQuickItem *>(object()); }
+    /// What was given with a property of the attached object Accessible.
+    QVariant attached(const QString &property) const;
+
+private:
+    QRectF seenRect() const;
 };
 
 /// A button, switch or choice.

@@ -6,7 +6,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// The one window.
+/// The one window: a menu bar, and the content below it.
 ///
 /// Closed while a run writes, it only hides: the program ends when the run is over, and a
 /// roll is never left half written. A run that fails meanwhile brings the window back, so
@@ -14,11 +14,15 @@ import Quillmark
 Window {
     id: root
 
+    readonly property bool covered: menu.shown || about.shown
+    /// The item that had the keyboard last, as long as there is one.
+    property Item lastFocused: null
+
     title: "Quillmark"
     width: 1000
-    height: 700
+    height: 700 + bar.height
     minimumWidth: 720
-    minimumHeight: 560
+    minimumHeight: 560 + bar.height
     visible: true
     color: Theme.color.background
 
@@ -31,9 +35,82 @@ Window {
         }
     }
 
+    onActiveFocusItemChanged: {
+        if (root.focusIsAstray()) {
+            astray.start();
+        } else {
+            root.lastFocused = root.activeFocusItem;
+        }
+    }
+    /// Whoever had the keyboard was disabled or has gone, and nobody took it over.
+    function focusIsAstray(): bool {
+        const item = root.activeFocusItem;
+        return item === root.contentItem || item instanceof Loader || item instanceof FocusScope;
+    }
+    function bringFocusBack(): void {
+        if (!root.focusIsAstray() || root.covered) {
+            return;
+        }
+        const left = root.lastFocused && root.lastFocused.Window.window === root;
+        const next = left ? root.lastFocused.nextItemInFocusChain(false) : null;
+        if (next && next.activeFocusOnTab) {
+            next.forceActiveFocus();
+        } else {
+            content.takeFocus();
+        }
+    }
+
+    // Not at once: while screens change, the next one is about to take the keyboard.
+    Timer {
+        id: astray
+        interval: 0
+        onTriggered: root.bringFocusBack()
+    }
+
+    WindowActions {
+        id: actions
+        onAboutRequested: about.open()
+        onQuitRequested: root.close()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Q"]
+        onActivated: root.close()
+    }
+    Shortcut {
+        sequences: ["Ctrl+O"]
+        enabled: content.idle && !root.covered
+        onActivated: content.chooseFolder()
+    }
+    Shortcut {
+        sequences: ["F10", "Alt+Q"]
+        enabled: !about.shown
+        onActivated: menu.shown ? menu.close() : menu.open()
+    }
+
+    MenuBar {
+        id: bar
+        width: root.width
+        enabled: !about.shown
+        text: "Quillmark"
+        open: menu.shown
+        onOpened: menu.open()
+    }
+
     ContentView {
         id: content
-        anchors.fill: parent
+        anchors.top: bar.bottom
+        anchors.bottom: parent.bottom
+        width: root.width
+        enabled: !about.shown
+        onScreenShown: {
+            if (root.covered) {
+                menu.forgetReturn();
+                about.forgetReturn();
+            } else {
+                content.takeFocus();
+            }
+        }
         onRunEnded: failed => {
             if (root.visible) {
                 return;
@@ -46,5 +123,19 @@ Window {
                 Qt.exit(0);
             }
         }
+    }
+
+    OverlayLoader {
+        id: menu
+        anchors.fill: parent
+        file: "WindowMenu.qml"
+        properties: ({actions: actions, top: bar.height})
+        onFocusLost: content.takeFocus()
+    }
+    OverlayLoader {
+        id: about
+        anchors.fill: parent
+        file: "AboutDialog.qml"
+        onFocusLost: content.takeFocus()
     }
 }

@@ -15,6 +15,16 @@ RowLayout {
 
     signal picked(string rawMode)
 
+    /// As in every group of choices: the keyboard comes to the chosen one, and the arrows
+    /// choose.
+    function step(places: int): void {
+        const count = modes.count;
+        const from = modes.model.indexOf(root.selection);
+        const next = (from + places + count) % count;
+        root.picked(modes.model[next]);
+        modes.itemAt(next).forceActiveFocus();
+    }
+
     spacing: 32
 
     LabelText {
@@ -27,7 +37,13 @@ RowLayout {
     RowLayout {
         spacing: 0
 
+        Keys.onLeftPressed: root.step(-1)
+        Keys.onUpPressed: root.step(-1)
+        Keys.onRightPressed: root.step(1)
+        Keys.onDownPressed: root.step(1)
+
         Repeater {
+            id: modes
             model: ["backup-originals", "write-copies", "none"]
 
             ModeButton {

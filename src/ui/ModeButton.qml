@@ -13,6 +13,7 @@ PlainButton {
     required checked
 
     kind: Control.Choice
+    activeFocusOnTab: root.checked
     tracking: 2.5
     horizontalPadding: 14
     verticalPadding: 10

@@ -16,10 +16,13 @@ Rectangle {
     required property string name
     required property string value
     property string placeholder: ""
+    /// What assistive technology says of the field beside its name.
+    property string description: ""
     property real horizontalPadding: 10
     /// Off while the text is none that the owner takes.
     property bool acceptable: true
 
+    readonly property alias input: input
     readonly property alias text: input.text
     readonly property alias inputFocus: input.activeFocus
 
@@ -54,6 +57,7 @@ Rectangle {
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.name
+        Accessible.description: root.description
         Accessible.ignored: !root.visible
     }
 
