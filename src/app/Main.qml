@@ -90,6 +90,7 @@ Window {
 
     MenuBar {
         id: bar
+        objectName: "menuBar"
         width: root.width
         enabled: !about.shown
         text: "Quillmark"
@@ -129,7 +130,7 @@ Window {
         id: menu
         anchors.fill: parent
         file: "WindowMenu.qml"
-        properties: ({actions: actions, top: bar.height})
+        properties: ({actions: actions, topEdge: bar.height})
         onFocusLost: content.takeFocus()
     }
     OverlayLoader {

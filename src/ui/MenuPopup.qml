@@ -13,7 +13,7 @@ Overlay {
     /// What assistive technology calls the menu: its title.
     required property string name
     /// Where the menu begins, from the window's upper edge.
-    required property real top
+    required property real topEdge
     default property alias items: column.data
 
     /// Moves the highlight by a number of lines, from the last to the first too.
@@ -41,12 +41,13 @@ Overlay {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
-        onPressed: root.close()
+        // Not when it is pressed: what lies below would get the rest of the press.
+        onReleased: root.close()
         onWheel: wheel => wheel.accepted = true
     }
 
     Rectangle {
-        y: root.top
+        y: root.topEdge
         width: column.width + 2
         height: column.height + 2
         color: Theme.color.surfaceContainer
