@@ -10,15 +10,26 @@
 
 namespace quillmark {
 
-AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleObject(item)
+AccessibleItem::AccessibleItem(QQuickItem *item)
+    : QAccessibleObject(item),
+      m_enabledChanged(QObject::connect(item, &QQuickItem::enabledChanged, item, [this] {
+          QAccessible::State changed;
+          changed.disabled = true;
+          announce(QAccessibleStateChangeEvent(object(), changed));
+      }))
+{}
+
+AccessibleItem::~AccessibleItem()
 {
-    // Made when somebody first asks for the item, and kept as long as the item.
-    QObject::connect(item, &QQuickItem::enabledChanged, item, [item] {
-        QAccessible::State changed;
-        changed.disabled = true;
-        QAccessibleStateChangeEvent event(item, changed);
+    QObject::disconnect(m_enabledChanged);
+}
+
+void AccessibleItem::announce(QAccessibleEvent &&event) const
+{
+    // An item that was asked for while it was still being made has a second interface.
+    if (QAccessible::queryAccessibleInterface(object()) == this) {
         QAccessible::updateAccessibility(&event);
-    });
+    }
 }
 
 void *AccessibleItem::interface_cast(QAccessible::InterfaceType type)

@@ -18,6 +18,7 @@ class AccessibleItem : public QAccessibleObject, public QAccessibleActionInterfa
 {
 public:
     explicit AccessibleItem(QQuickItem *item);
+    ~AccessibleItem() override;
 
     void *interface_cast(QAccessible::InterfaceType type) override;
     QWindow *window() const override;
@@ -41,9 +42,13 @@ protected:
     QQuickItem *item() const { return static_cast<QQuickItem *>(object()); }
     /// What was given with a property of the attached object Accessible.
     QVariant attached(const QString &property) const;
+    /// Tells assistive technology what happened to the item, once.
+    void announce(QAccessibleEvent &&event) const;
 
 private:
     QRectF seenRect() const;
+
+    QMetaObject::Connection m_enabledChanged;
 };
 
 /// A button, switch or choice.

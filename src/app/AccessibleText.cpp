@@ -10,6 +10,20 @@ namespace quillmark {
 // TextInput and TextEdit have no public classes: everything is asked for by the names that
 // QML knows, which are the same for both.
 
+AccessibleText::AccessibleText(QQuickItem *text)
+    : AccessibleItem(text), m_selection([this] { announceSelection(); })
+{
+    QObject::connect(text, SIGNAL(selectedTextChanged()), &m_selection, SLOT(tell()));
+}
+
+void AccessibleText::announceSelection() const
+{
+    int start = 0;
+    int end = 0;
+    selection(0, &start, &end);
+    announce(QAccessibleTextSelectionEvent(object(), start, end));
+}
+
 void *AccessibleText::interface_cast(QAccessible::InterfaceType type)
 {
     return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface *>(this)

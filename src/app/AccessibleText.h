@@ -6,17 +6,37 @@
 #include "app/AccessibleItem.h"
 
 #include <QAccessibleTextInterface>
+#include <QObject>
+
+#include <functional>
+#include <utility>
 
 namespace quillmark {
 
+/// Lets a signal that is known by its name only call a function.
+class NamedSignalWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NamedSignalWatch(std::function<void()> then) : m_then(std::move(then)) {}
+
+public Q_SLOTS:
+    void tell() { m_then(); }
+
+private:
+    std::function<void()> m_then;
+};
+
 /// A text with a cursor in it (a TextInput or a TextEdit), as assistive technology sees it:
-/// it can be read in parts, and selected.
+/// it can be read in parts, and selected. It says by itself what is selected; where the
+/// cursor goes, Qt Quick says.
 ///
 /// Offsets count UTF-16 units from 0; those outside the text are cut to it.
 class AccessibleText : public AccessibleItem, public QAccessibleTextInterface
 {
 public:
-    explicit AccessibleText(QQuickItem *text) : AccessibleItem(text) {}
+    explicit AccessibleText(QQuickItem *text);
 
     void *interface_cast(QAccessible::InterfaceType type) override;
     QAccessible::State state() const override;
@@ -39,6 +59,11 @@ public:
 protected:
     using AccessibleItem::text;
     QString content() const;
+
+private:
+    void announceSelection() const;
+
+    NamedSignalWatch m_selection;
 };
 
 /// A text that is shown to be read and copied (a TextEdit that is read-only). Its name is

@@ -21,8 +21,8 @@ RowLayout {
         const count = modes.count;
         const from = modes.model.indexOf(root.selection);
         const next = (from + places + count) % count;
-        root.picked(modes.model[next]);
         modes.itemAt(next).forceActiveFocus();
+        root.picked(modes.model[next]);
     }
 
     spacing: 32
@@ -35,6 +35,12 @@ RowLayout {
     }
 
     RowLayout {
+        id: strip
+
+        function hasFocus(): bool {
+            return Array.from(strip.children).some(each => each.activeFocus);
+        }
+
         spacing: 0
 
         Keys.onLeftPressed: root.step(-1)
@@ -55,7 +61,13 @@ RowLayout {
                 Layout.maximumWidth: implicitWidth
                 text: mode.title
                 checked: root.selection === button.modelData
-                onClicked: root.picked(button.modelData)
+                onClicked: {
+                    // The keyboard stays with the chosen one while it is on the strip.
+                    if (strip.hasFocus()) {
+                        button.forceActiveFocus();
+                    }
+                    root.picked(button.modelData);
+                }
 
                 BackupModeText {
                     id: mode

@@ -13,7 +13,8 @@ PlainButton {
     required checked
 
     kind: Control.Choice
-    activeFocusOnTab: root.checked
+    // One stop for the whole strip. Where the keyboard already is, it may not be forbidden.
+    activeFocusOnTab: root.checked || root.activeFocus
     tracking: 2.5
     horizontalPadding: 14
     verticalPadding: 10
