@@ -14,7 +14,7 @@ MenuEntry {
     required text
 
     readonly property color ink: !root.available
-        ? Qt.alpha(Theme.color.onSurfaceVariant, 0.7)
+        ? Qt.alpha(Theme.color.onSurfaceVariant, 0.6)
         : root.activeFocus ? Theme.color.background : Theme.color.onSurface
 
     activeFocusOnTab: false
