@@ -81,15 +81,13 @@ QAccessible::State AccessibleItem::state() const
 
 QVariant AccessibleItem::attached(const QString &property) const
 {
-    return QQmlProperty::read(item(), QStringLiteral("Accessible.") + property,
-                              qmlContext(item()));
+    return QQmlProperty::read(item(), QStringLiteral("Accessible.") + property, qmlContext(item()));
 }
 
 QString AccessibleItem::text(QAccessible::Text kind) const
 {
-    return kind == QAccessible::Description
-               ? attached(QStringLiteral("description")).toString()
-               : QString();
+    return kind == QAccessible::Description ? attached(QStringLiteral("description")).toString()
+                                            : QString();
 }
 
 QAccessibleInterface *AccessibleItem::parent() const

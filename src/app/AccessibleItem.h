@@ -23,7 +23,7 @@ public:
     void *interface_cast(QAccessible::InterfaceType type) override;
     QWindow *window() const override;
     QRect rect() const override;
-    /// What is scrolled out of a clipping item is off the screen.
+    /// What is cut off by the window or scrolled out of a panel is off the screen.
     QAccessible::State state() const override;
     /// The description is that given with Accessible.description.
     QString text(QAccessible::Text kind) const override;

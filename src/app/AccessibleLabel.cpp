@@ -3,6 +3,8 @@
 
 #include "app/AccessibleLabel.h"
 
+#include <QWindow>
+
 namespace quillmark {
 
 void *AccessibleLabel::interface_cast(QAccessible::InterfaceType type)
@@ -19,6 +21,9 @@ QString AccessibleLabel::text(QAccessible::Text kind) const
 QAccessible::State AccessibleLabel::state() const
 {
     QAccessible::State state = AccessibleItem::state();
+    // A reader cannot scroll to a text, as it can to a control by giving it the keyboard: what
+    // is scrolled out of its panel has to remain readable.
+    state.offscreen = !state.invisible && !rect().intersects(window()->geometry());
     state.focusable = false;
     state.readOnly = true;
     return state;

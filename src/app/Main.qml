@@ -15,8 +15,6 @@ Window {
     id: root
 
     readonly property bool covered: menu.shown || about.shown
-    /// The item that had the keyboard last, as long as there is one.
-    property Item lastFocused: null
 
     title: "Quillmark"
     width: 1000
@@ -35,36 +33,17 @@ Window {
         }
     }
 
-    onActiveFocusItemChanged: {
-        if (root.focusIsAstray()) {
-            astray.start();
-        } else {
-            root.lastFocused = root.activeFocusItem;
-        }
-    }
-    /// Whoever had the keyboard was disabled or has gone, and nobody took it over.
-    function focusIsAstray(): bool {
-        const item = root.activeFocusItem;
-        return item === root.contentItem || item instanceof Loader || item instanceof FocusScope;
-    }
-    function bringFocusBack(): void {
-        if (!root.focusIsAstray() || root.covered) {
-            return;
-        }
-        const left = root.lastFocused && root.lastFocused.Window.window === root;
-        const next = left ? root.lastFocused.nextItemInFocusChain(false) : null;
-        if (next && next.activeFocusOnTab) {
-            next.forceActiveFocus();
-        } else {
-            content.takeFocus();
+    onActiveChanged: {
+        if (!root.active) {
+            menu.close();
         }
     }
 
-    // Not at once: while screens change, the next one is about to take the keyboard.
-    Timer {
-        id: astray
-        interval: 0
-        onTriggered: root.bringFocusBack()
+    FocusKeeper {
+        activeItem: root.activeFocusItem
+        within: content
+        active: !root.covered
+        onNowhereToGo: content.takeFocus()
     }
 
     WindowActions {

@@ -26,7 +26,9 @@ Loader {
         root.overlay.open();
     }
     function close(): void {
-        root.overlay.close();
+        if (root.shown) {
+            root.overlay.close();
+        }
     }
     /// Lets the keyboard go to something new when the overlay closes.
     function forgetReturn(): void {

@@ -66,9 +66,9 @@ TEST_F(Focus, startsOnTheMainActionOfEachScreen)
     expectStart(QStringLiteral("EMBED METADATA  →"),
                 {QStringLiteral("02 / SLATE DETECTED"), QStringLiteral("ROLL 12")});
     setState(Session::DetectionFailed{"/rolls/roll 12", 2});
-    expectStart(QStringLiteral("ENTER MANUALLY  →"),
-                {QStringLiteral("02 / SLATE NOT FOUND"),
-                 QStringLiteral("NO READABLE SLATE\nIN ROLL 12")});
+    expectStart(
+        QStringLiteral("ENTER MANUALLY  →"),
+        {QStringLiteral("02 / SLATE NOT FOUND"), QStringLiteral("NO READABLE SLATE\nIN ROLL 12")});
     setState(Session::Done{{.plan = plan(), .mutated = {"/1"}, .backups = {}}});
     expectStart(QStringLiteral("INGEST ANOTHER  →"),
                 {QStringLiteral("03 / DONE"), QStringLiteral("METADATA EMBEDDED")});
@@ -132,6 +132,19 @@ TEST_F(Focus, isNotLostWhenItsControlIsDisabled)
                            [](QAccessibleInterface *each) { return each->state().focused; });
     }));
     EXPECT_EQ(focusedName(), QStringLiteral("CANCEL"));
+}
+
+TEST_F(Focus, leavesTheMenuWithTheWindow)
+{
+    key(Qt::Key_F10);
+    QQuickWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_TRUE(all(QStringLiteral("Quillmark"), QAccessible::PopupMenu).isEmpty());
+    m_window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+    EXPECT_EQ(focusedName(), QStringLiteral("CHOOSE FOLDER"));
 }
 
 TEST_F(Focus, escapeIsCancelWhereThereIsOne)

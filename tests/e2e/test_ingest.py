@@ -16,7 +16,7 @@ EMBED = "EMBED METADATA  →"
 ANOTHER = "INGEST ANOTHER  →"
 
 PLAN_TEXTS = [
-    "Quillmark",
+    "Quillmark", "Quillmark",
     "02 / SLATE DETECTED", "ROLL 12 B", "frame-02.jpg",
     "PAYLOAD",
     "CAMERA", "Kestrel K2",
@@ -52,7 +52,7 @@ class Ingest(WindowCase):
 
         self.embed(program)
         self.assertEqual(program.texts(), [
-            "Quillmark", "03 / DONE", "METADATA EMBEDDED",
+            "Quillmark", "Quillmark", "03 / DONE", "METADATA EMBEDDED",
             "MUTATED", "3", "BACKED UP", "3", "MODE", "BACKUP ORIGINALS",
             "REVEAL IN FINDER", ANOTHER,
         ])
@@ -159,7 +159,7 @@ class Ingest(WindowCase):
         self.drop_and_fail(program, roll)
 
         self.assertEqual(program.texts(), [
-            "Quillmark", "02 / SLATE NOT FOUND", "NO READABLE SLATE\nIN BOX",
+            "Quillmark", "Quillmark", "02 / SLATE NOT FOUND", "NO READABLE SLATE\nIN BOX",
             "Tried 1 image — none contained a decodable Quillmark QR. Pick the slate frame "
             "yourself, or skip the slate and enter the metadata manually.",
             "CANCEL", "PICK SLATE FRAME", "ENTER MANUALLY  →",

@@ -142,6 +142,21 @@ class Keyboard(WindowCase):
         self.screen.key("Return")
         self.program.wait_for("METADATA EMBEDDED", WORK_DEADLINE)
 
+    def test_keyboard_is_not_lost_with_the_button_that_attaches_a_photo(self):
+        roll = self.make_roll(frames=1, slate_at=0)
+        self.drop_and_fail(self.program, roll)
+        self.ready()
+        self.screen.key("Return")
+        self.program.wait_for_focus("MAKE *")
+        self.program.find("ATTACH SLATE PHOTO", BUTTON).focus()
+        self.program.wait_for_focus("ATTACH SLATE PHOTO")
+        self.screen.key("space")
+        self.choose("Use as slate", roll / "frame-01.jpg")
+
+        self.program.wait_until_gone("ATTACH SLATE PHOTO")
+        self.ready()
+        self.program.wait_for_focus("CHANGE")
+
     def test_arrows_choose_the_mode(self):
         strip = ["BACKUP ORIGINALS", "WRITE COPIES", "IN PLACE"]
         self.program.find(strip[0], RADIO_BUTTON).focus()
