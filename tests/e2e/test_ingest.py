@@ -84,7 +84,7 @@ class Ingest(WindowCase):
                       program.texts())
         self.embed(program)
 
-        self.assertEqual(program.texts()[3:-2], ["MUTATED", "3", "MODE", "WRITE COPIES"])
+        self.assertEqual(program.texts()[4:-2], ["MUTATED", "3", "MODE", "WRITE COPIES"])
         self.assertEqual(rolls.checksums(rolls.frames(roll)), originals)
         self.assertEqual(set(rolls.checksums(rolls.frames(roll / "_tagged"))), set(originals))
         self.assert_tagged(rolls.frames(roll / "_tagged"))
@@ -100,7 +100,7 @@ class Ingest(WindowCase):
                       "gone.", program.texts())
         self.embed(program)
 
-        self.assertEqual(program.texts()[3:-2], ["MUTATED", "3", "MODE", "IN PLACE"])
+        self.assertEqual(program.texts()[4:-2], ["MUTATED", "3", "MODE", "IN PLACE"])
         self.assertEqual({entry.name for entry in roll.iterdir()}, set(originals))
         self.assert_tagged(rolls.frames(roll))
 
@@ -148,7 +148,7 @@ class Ingest(WindowCase):
         self.embed(program)
 
         # The first frames of both folders have one name, and so one backup.
-        self.assertEqual(program.texts()[3:7], ["MUTATED", "3", "BACKED UP", "3"])
+        self.assertEqual(program.texts()[4:8], ["MUTATED", "3", "BACKED UP", "3"])
         self.assert_tagged([*rolls.frames(roll), *rolls.frames(roll / "strip")])
 
     def test_subfolders_are_left_alone_otherwise(self):
