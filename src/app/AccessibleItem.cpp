@@ -3,11 +3,34 @@
 
 #include "app/AccessibleItem.h"
 
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlProperty>
 #include <QQuickWindow>
 
 namespace quillmark {
 
-AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleObject(item) {}
+AccessibleItem::AccessibleItem(QQuickItem *item)
+    : QAccessibleObject(item),
+      m_enabledChanged(QObject::connect(item, &QQuickItem::enabledChanged, item, [this] {
+          QAccessible::State changed;
+          changed.disabled = true;
+          announce(QAccessibleStateChangeEvent(object(), changed));
+      }))
+{}
+
+AccessibleItem::~AccessibleItem()
+{
+    QObject::disconnect(m_enabledChanged);
+}
+
+void AccessibleItem::announce(QAccessibleEvent &&event) const
+{
+    // An item that was asked for while it was still being made has a second interface.
+    if (QAccessible::queryAccessibleInterface(object()) == this) {
+        QAccessible::updateAccessibility(&event);
+    }
+}
 
 void *AccessibleItem::interface_cast(QAccessible::InterfaceType type)
 {
@@ -31,6 +54,19 @@ QRect AccessibleItem::rect() const
     return {window()->mapToGlobal(inWindow.topLeft()), inWindow.size()};
 }
 
+/// The part of the item that is not cut off, in the window's coordinates.
+QRectF AccessibleItem::seenRect() const
+{
+    QRectF seen = item()->mapRectToScene(item()->boundingRect()) &
+                  QRectF(QPointF(), QSizeF(item()->window()->size()));
+    for (const QQuickItem *above = item()->parentItem(); above; above = above->parentItem()) {
+        if (above->clip()) {
+            seen &= above->mapRectToScene(above->boundingRect());
+        }
+    }
+    return seen;
+}
+
 QAccessible::State AccessibleItem::state() const
 {
     const bool shown = item()->isVisible() && window() && window()->isVisible();
@@ -39,9 +75,19 @@ QAccessible::State AccessibleItem::state() const
     state.focusable = item()->isEnabled() && shown;
     state.focused = item()->hasActiveFocus();
     state.invisible = !shown;
-    state.offscreen =
-        shown && !rect().intersects(QRect(window()->mapToGlobal(QPoint()), window()->size()));
+    state.offscreen = shown && seenRect().isEmpty();
     return state;
+}
+
+QVariant AccessibleItem::attached(const QString &property) const
+{
+    return QQmlProperty::read(item(), QStringLiteral("Accessible.") + property, qmlContext(item()));
+}
+
+QString AccessibleItem::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Description ? attached(QStringLiteral("description")).toString()
+                                            : QString();
 }
 
 QAccessibleInterface *AccessibleItem::parent() const
@@ -101,7 +147,7 @@ QAccessible::Role AccessibleControl::role() const
 
 QString AccessibleControl::text(QAccessible::Text kind) const
 {
-    return kind == QAccessible::Name ? control()->text() : QString();
+    return kind == QAccessible::Name ? control()->text() : AccessibleItem::text(kind);
 }
 
 QAccessible::State AccessibleControl::state() const

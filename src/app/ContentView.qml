@@ -11,9 +11,25 @@ Item {
     id: root
 
     readonly property bool writing: vm.writing
+    readonly property alias idle: idleScreen.visible
 
     /// A run is over, whether it wrote or not.
     signal runEnded(bool failed)
+    /// Another screen is shown. It may have the keyboard with takeFocus().
+    signal screenShown
+
+    /// Lets the keyboard come to the main action of the screen.
+    function takeFocus(): void {
+        if (root.idle) {
+            idleScreen.startOver();
+        } else {
+            loader.focus = true;
+        }
+    }
+    /// Opens the chooser for the folder, on the idle screen.
+    function chooseFolder(): void {
+        idleScreen.choose();
+    }
 
     onWritingChanged: {
         if (!root.writing) {
@@ -26,14 +42,18 @@ Item {
     }
 
     IdleScreen {
+        id: idleScreen
         anchors.fill: parent
         anchors.margins: 40
-        visible: vm.screen === Session.Idle
+        // As soon as the other screen has gone, and no sooner.
+        visible: loader.status === Loader.Null
         enabled: visible // an item that is only hidden keeps the keyboard's focus
+        focus: true
         session: vm
     }
 
-    // By file, so that no other screen costs anything before it is shown.
+    // By file, so that no other screen costs anything before it is shown. Each screen gives
+    // the focus to its main action, and the loader is the scope of that.
     Loader {
         id: loader
 
@@ -42,7 +62,10 @@ Item {
 
         anchors.fill: parent
         anchors.margins: 40
-        onFileChanged: loader.setSource(loader.file, {session: vm})
+        onFileChanged: {
+            loader.setSource(loader.file, {session: vm});
+            root.screenShown();
+        }
         onStatusChanged: {
             if (loader.status === Loader.Error) {
                 Qt.exit(1);

@@ -6,7 +6,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// The one window.
+/// The one window: a menu bar, and the content below it.
 ///
 /// Closed while a run writes, it only hides: the program ends when the run is over, and a
 /// roll is never left half written. A run that fails meanwhile brings the window back, so
@@ -14,11 +14,13 @@ import Quillmark
 Window {
     id: root
 
+    readonly property bool covered: menu.shown || about.shown
+
     title: "Quillmark"
     width: 1000
-    height: 700
+    height: 700 + bar.height
     minimumWidth: 720
-    minimumHeight: 560
+    minimumHeight: 560 + bar.height
     visible: true
     color: Theme.color.background
 
@@ -31,9 +33,64 @@ Window {
         }
     }
 
+    onActiveChanged: {
+        if (!root.active) {
+            menu.close();
+        }
+    }
+
+    FocusKeeper {
+        activeItem: root.activeFocusItem
+        within: content
+        active: !root.covered
+        onNowhereToGo: content.takeFocus()
+    }
+
+    WindowActions {
+        id: actions
+        onAboutRequested: about.open()
+        onQuitRequested: root.close()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Q"]
+        onActivated: root.close()
+    }
+    Shortcut {
+        sequences: ["Ctrl+O"]
+        enabled: content.idle && !root.covered
+        onActivated: content.chooseFolder()
+    }
+    Shortcut {
+        sequences: ["F10", "Alt+Q"]
+        enabled: !about.shown
+        onActivated: menu.shown ? menu.close() : menu.open()
+    }
+
+    MenuBar {
+        id: bar
+        objectName: "menuBar"
+        width: root.width
+        enabled: !about.shown
+        text: "Quillmark"
+        open: menu.shown
+        onOpened: menu.open()
+    }
+
     ContentView {
         id: content
-        anchors.fill: parent
+        anchors.top: bar.bottom
+        anchors.bottom: parent.bottom
+        width: root.width
+        enabled: !about.shown
+        onScreenShown: {
+            if (root.covered) {
+                menu.forgetReturn();
+                about.forgetReturn();
+            } else {
+                content.takeFocus();
+            }
+        }
         onRunEnded: failed => {
             if (root.visible) {
                 return;
@@ -46,5 +103,19 @@ Window {
                 Qt.exit(0);
             }
         }
+    }
+
+    OverlayLoader {
+        id: menu
+        anchors.fill: parent
+        file: "WindowMenu.qml"
+        properties: ({actions: actions, topEdge: bar.height})
+        onFocusLost: content.takeFocus()
+    }
+    OverlayLoader {
+        id: about
+        anchors.fill: parent
+        file: "AboutDialog.qml"
+        onFocusLost: content.takeFocus()
     }
 }

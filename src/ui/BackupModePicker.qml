@@ -15,6 +15,16 @@ RowLayout {
 
     signal picked(string rawMode)
 
+    /// As in every group of choices: the keyboard comes to the chosen one, and the arrows
+    /// choose.
+    function step(places: int): void {
+        const count = modes.count;
+        const from = modes.model.indexOf(root.selection);
+        const next = (from + places + count) % count;
+        modes.itemAt(next).forceActiveFocus();
+        root.picked(modes.model[next]);
+    }
+
     spacing: 32
 
     LabelText {
@@ -27,9 +37,21 @@ RowLayout {
     }
 
     RowLayout {
+        id: strip
+
+        function hasFocus(): bool {
+            return Array.from(strip.children).some(each => each.activeFocus);
+        }
+
         spacing: 0
 
+        Keys.onLeftPressed: root.step(-1)
+        Keys.onUpPressed: root.step(-1)
+        Keys.onRightPressed: root.step(1)
+        Keys.onDownPressed: root.step(1)
+
         Repeater {
+            id: modes
             model: ["backup-originals", "write-copies", "none"]
 
             ModeButton {
@@ -42,7 +64,13 @@ RowLayout {
                 Layout.maximumWidth: implicitWidth
                 text: mode.title
                 checked: root.selection === button.modelData
-                onClicked: root.picked(button.modelData)
+                onClicked: {
+                    // The keyboard stays with the chosen one while it is on the strip.
+                    if (strip.hasFocus()) {
+                        button.forceActiveFocus();
+                    }
+                    root.picked(button.modelData);
+                }
 
                 BackupModeText {
                     id: mode

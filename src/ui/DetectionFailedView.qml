@@ -21,11 +21,15 @@ ColumnLayout {
 
     spacing: 24
 
+    Keys.onEscapePressed: root.cancelled()
+
     StepText {
+        id: step
         text: "02 / SLATE NOT FOUND"
         color: Theme.color.tertiary
     }
     HeadlineText {
+        id: headline
         Layout.fillWidth: true
         text: "NO READABLE SLATE\nIN " + root.folderName
         tracking: -0.5
@@ -59,7 +63,10 @@ ColumnLayout {
         }
         FilledButton {
             text: "ENTER MANUALLY  \u2192"
+            focus: true
             onClicked: root.manualEntryChosen()
+
+            Accessible.description: step.text + "\n" + headline.text
         }
     }
 

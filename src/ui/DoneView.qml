@@ -26,10 +26,12 @@ ColumnLayout {
     }
 
     StepText {
+        id: step
         text: "03 / DONE"
         color: Theme.color.secondary
     }
     HeadlineText {
+        id: headline
         Layout.fillWidth: true
         text: "METADATA EMBEDDED"
     }
@@ -68,7 +70,10 @@ ColumnLayout {
         }
         FilledButton {
             text: "INGEST ANOTHER  \u2192"
+            focus: true
             onClicked: root.reset()
+
+            Accessible.description: step.text + "\n" + headline.text
         }
     }
 }

@@ -7,12 +7,22 @@ import QtQuick
 import Quillmark
 
 /// The idle screen: takes a folder by drag and drop or from a chooser.
-Item {
+FocusScope {
     id: root
 
     readonly property alias hovered: drop.containsDrag
 
     signal picked(url folder)
+
+    /// Gives the focus to the main action, wherever it was on this screen.
+    function startOver(): void {
+        button.focus = true;
+        root.focus = true;
+    }
+    /// Opens the chooser.
+    function choose(): void {
+        chooser.open();
+    }
 
     Box {
         anchors.fill: parent
@@ -27,11 +37,13 @@ Item {
         spacing: 24
 
         StepText {
+            id: step
             anchors.horizontalCenter: parent.horizontalCenter
             text: "01 / INGEST A ROLL"
             color: Theme.color.primary
         }
         HeadlineText {
+            id: headline
             width: parent.width
             text: "DROP A FOLDER\nOF SCANS"
             horizontalAlignment: Text.AlignHCenter
@@ -51,11 +63,15 @@ Item {
             horizontalAlignment: Text.AlignHCenter
         }
         FilledButton {
+            id: button
             anchors.horizontalCenter: parent.horizontalCenter
             text: "CHOOSE FOLDER"
             horizontalPadding: 32
             verticalPadding: 16
-            onClicked: chooser.open()
+            focus: true
+            onClicked: root.choose()
+
+            Accessible.description: step.text + "\n" + headline.text
         }
     }
 

@@ -18,24 +18,29 @@ ColumnLayout {
     spacing: 20
 
     StepText {
+        id: step
         text: "ERROR"
         color: Theme.color.tertiary
     }
     HeadlineText {
+        id: headline
         Layout.fillWidth: true
         text: "INGESTION FAILED"
     }
     ScrollPanel {
+        id: panel
         Layout.fillWidth: true
         Layout.fillHeight: true
         Layout.minimumHeight: 0
         Layout.maximumHeight: implicitHeight
         padding: 16
 
-        MonoText {
+        SelectableText {
+            id: message
             Layout.fillWidth: true
             text: root.message
-            wrapMode: Text.Wrap
+            onCursorRectangleChanged: panel.revealRow(
+                message.y + message.cursorRectangle.y, message.cursorRectangle.height)
         }
     }
     Item {
@@ -44,6 +49,9 @@ ColumnLayout {
     }
     FilledButton {
         text: "TRY AGAIN"
+        focus: true
         onClicked: root.reset()
+
+        Accessible.description: step.text + "\n" + headline.text + "\n" + root.message
     }
 }

@@ -12,6 +12,8 @@ Item {
     required property string label
     required property string value
     property alias placeholder: entry.placeholder
+    property alias description: entry.description
+    readonly property alias input: entry.input
 
     signal edited(string text)
     /// The user has come to this field.

@@ -12,6 +12,9 @@ ScrollPanel {
     id: root
 
     required property ManualEntryForm form
+    /// What is said of the first field beside its name: where it is.
+    property string description: ""
+    readonly property alias firstField: make.input
 
     component Field: FormField {
         id: field
@@ -24,7 +27,7 @@ ScrollPanel {
 
     FormSection {
         title: "CAMERA"
-        Field { label: "MAKE *"; value: root.form.cameraMake; onEdited: text => root.form.cameraMake = text }
+        Field { id: make; label: "MAKE *"; description: root.description; value: root.form.cameraMake; onEdited: text => root.form.cameraMake = text }
         Field { label: "MODEL *"; value: root.form.cameraModel; onEdited: text => root.form.cameraModel = text }
     }
     FormSection {

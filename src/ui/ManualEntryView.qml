@@ -22,7 +22,12 @@ ColumnLayout {
 
     spacing: 24
 
-    Component.onCompleted: form.prefillFromLastUsed()
+    Keys.onEscapePressed: root.cancelled()
+
+    Component.onCompleted: {
+        form.prefillFromLastUsed();
+        (form.isValid ? submit : fields.firstField).focus = true;
+    }
 
     ManualEntryForm {
         id: form
@@ -33,6 +38,7 @@ ColumnLayout {
         spacing: 6
 
         StepText {
+            id: step
             text: "02 / MANUAL ENTRY"
             color: Theme.color.secondary
         }
@@ -49,9 +55,11 @@ ColumnLayout {
         spacing: 24
 
         ManualEntryFields {
+            id: fields
             Layout.fillWidth: true
             Layout.fillHeight: true
             form: form
+            description: submit.Accessible.description
         }
         SlatePhotoPane {
             Layout.minimumWidth: 360
@@ -75,9 +83,12 @@ ColumnLayout {
             Layout.fillWidth: true
         }
         FilledButton {
+            id: submit
             text: "EMBED METADATA  \u2192"
             enabled: form.isValid
             onClicked: root.submitted(form)
+
+            Accessible.description: step.text + "\n" + root.folderName
         }
     }
 

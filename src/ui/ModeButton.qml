@@ -17,6 +17,8 @@ PlainButton {
         Theme.widestWord(root.text, Theme.tracked(Theme.font.label, root.tracking)))
 
     kind: Control.Choice
+    // One stop for the whole strip. Where the keyboard already is, it may not be forbidden.
+    activeFocusOnTab: root.checked || root.activeFocus
     tracking: 2.5
     horizontalPadding: 14
     verticalPadding: 10

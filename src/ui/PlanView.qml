@@ -22,11 +22,14 @@ ColumnLayout {
 
     spacing: 24
 
+    Keys.onEscapePressed: root.cancelled()
+
     ColumnLayout {
         Layout.fillWidth: true
         spacing: 8
 
         StepText {
+            id: step
             text: "02 / SLATE DETECTED"
             color: Theme.color.secondary
         }
@@ -81,7 +84,11 @@ ColumnLayout {
         }
         FilledButton {
             text: "EMBED METADATA  \u2192"
+            focus: true
             onClicked: root.confirmed()
+
+            Accessible.description: step.text + "\n" + root.folderName + "\n"
+                                    + root.slateName
         }
     }
 }

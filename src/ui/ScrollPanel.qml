@@ -23,8 +23,11 @@ Item {
 
     /// Scrolls so that an item of the column is seen.
     function reveal(item: Item): void {
-        const top = column.mapFromItem(item, 0, 0).y;
-        flickable.contentY = Math.max(top + item.height + 2 * root.padding - flickable.height,
+        root.revealRow(column.mapFromItem(item, 0, 0).y, item.height);
+    }
+    /// Scrolls so that a part of the column is seen.
+    function revealRow(top: real, height: real): void {
+        flickable.contentY = Math.max(top + height + 2 * root.padding - flickable.height,
                                       Math.min(flickable.contentY, top));
     }
 

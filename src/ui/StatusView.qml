@@ -20,8 +20,16 @@ ColumnLayout {
     Item {
         Layout.fillHeight: true
     }
+    // There is nothing to press. The keyboard comes here so that it is said what goes on.
     Spinner {
         Layout.alignment: Qt.AlignHCenter
+        focus: true
+
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: root.eyebrow + " " + root.title
+        Accessible.description: root.subtitle
+        Accessible.focusable: true
+        Accessible.ignored: !root.visible
     }
     StepText {
         Layout.alignment: Qt.AlignHCenter

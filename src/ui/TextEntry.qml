@@ -16,12 +16,15 @@ Box {
     required property string name
     required property string value
     property string placeholder: ""
+    /// What assistive technology says of the field beside its name.
+    property string description: ""
     property real horizontalPadding: 10
     /// Room at the end for something else.
     property real trailing: 0
     /// Off while the text is none that the owner takes.
     property bool acceptable: true
 
+    readonly property alias input: input
     readonly property alias text: input.text
     readonly property alias inputFocus: input.activeFocus
     /// Whether the field shows that what is typed goes into it.
@@ -85,6 +88,7 @@ Box {
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.name
+        Accessible.description: root.description
         Accessible.ignored: !root.visible
     }
 

@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-#include "app/MainWindow.h"
+#include "app/AccessibleWindow.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
-
-#include <QAccessible>
 
 #include <gtest/gtest.h>
 
@@ -16,41 +14,9 @@ namespace {
 
 using Session = IngestViewModel;
 
-/// The window as a screen reader sees it.
-class Accessibility : public test::MainWindow
+class Accessibility : public test::AccessibleWindow
 {
 protected:
-    static QList<QAccessibleInterface *> below(QAccessibleInterface *parent)
-    {
-        QList<QAccessibleInterface *> all;
-        for (int i = 0; i < parent->childCount(); ++i) {
-            all.append(parent->child(i));
-            all.append(below(parent->child(i)));
-        }
-        return all;
-    }
-    QList<QAccessibleInterface *> all(const QString &name, QAccessible::Role role) const
-    {
-        QList<QAccessibleInterface *> found =
-            below(QAccessible::queryAccessibleInterface(m_window.get()));
-        found.removeIf([&](QAccessibleInterface *each) {
-            return each->role() != role || each->text(QAccessible::Name) != name;
-        });
-        return found;
-    }
-    QAccessibleInterface *one(const QString &name, QAccessible::Role role) const
-    {
-        const auto found = all(name, role);
-        if (found.size() != 1) {
-            throw std::runtime_error(QString::number(found.size()).toStdString() + " of " +
-                                     name.toStdString());
-        }
-        return found.first();
-    }
-    static void press(QAccessibleInterface *target)
-    {
-        target->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    }
     void showForm() { setState(Session::ManualEntry{"/rolls/1", std::nullopt}); }
 };
 

@@ -8,6 +8,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QSettings>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -24,6 +25,10 @@ class MainWindow : public ::testing::Test
 protected:
     MainWindow()
     {
+        // The form is to start empty, whatever another test typed.
+        QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
+                  QStringLiteral("Quillmark"))
+            .clear();
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent main(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
         m_window.reset(qobject_cast<QQuickWindow *>(main.create()));
@@ -31,7 +36,8 @@ protected:
             throw std::runtime_error(main.errorString().toStdString());
         }
         m_session = m_window->findChild<SessionBridge *>();
-        if (!QTest::qWaitForWindowExposed(m_window.get())) {
+        m_window->requestActivate();
+        if (!QTest::qWaitForWindowActive(m_window.get())) {
             throw std::runtime_error("the window does not appear");
         }
     }

@@ -94,7 +94,14 @@ protected:
 TEST_F(Window, isDarkAndNoSmallerThanItsContent)
 {
     EXPECT_EQ(m_window->title(), QStringLiteral("Quillmark"));
-    EXPECT_EQ(m_window->minimumSize(), QSize(720, 560));
+    const auto *bar = m_window->findChild<QQuickItem *>(QStringLiteral("menuBar"));
+    ASSERT_TRUE(bar);
+    const int barHeight = qRound(bar->height());
+    EXPECT_EQ(bar->height(), barHeight);
+    EXPECT_GT(barHeight, 16);
+    EXPECT_LT(barHeight, 40);
+    EXPECT_EQ(m_window->minimumSize(), QSize(720, 560 + barHeight));
+    EXPECT_EQ(m_window->size(), QSize(1000, 700 + barHeight));
     EXPECT_EQ(m_window->color(), QColor(14, 14, 14));
     EXPECT_GE(m_window->maximumWidth(), 16384);
     EXPECT_TRUE(shows(QStringLiteral("DROP A FOLDER\nOF SCANS")));

@@ -66,7 +66,8 @@ class Closing(WindowCase):
         self.drop(program, long_roll)
         program.wait_for("SCANNING")
         self.assertEqual(program.texts(),
-                         ["Quillmark", "SCANNING", "LONG", "Locating slate frame…"])
+                         ["Quillmark", "Quillmark", "SCANNING LONG",
+                          "SCANNING", "LONG", "Locating slate frame…"])
         started = time.monotonic()
 
         program.close_window()
@@ -107,7 +108,8 @@ class Closing(WindowCase):
         program, _ = self.open_writing(exiftool, exiftool.script())
 
         self.assertEqual(program.texts(),
-                         ["Quillmark", "EMBEDDING", "ROLL", "exiftool · 3 image(s)"])
+                         ["Quillmark", "Quillmark", "EMBEDDING ROLL",
+                          "EMBEDDING", "ROLL", "exiftool · 3 image(s)"])
         self.assert_it_moves(program)
         exiftool.let_go()
 

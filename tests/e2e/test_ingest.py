@@ -16,7 +16,7 @@ EMBED = "EMBED METADATA  →"
 ANOTHER = "INGEST ANOTHER  →"
 
 PLAN_TEXTS = [
-    "Quillmark",
+    "Quillmark", "Quillmark",
     "02 / SLATE DETECTED", "ROLL 12 B", "frame-02.jpg",
     "PAYLOAD",
     "CAMERA", "Kestrel K2",
@@ -52,7 +52,7 @@ class Ingest(WindowCase):
 
         self.embed(program)
         self.assertEqual(program.texts(), [
-            "Quillmark", "03 / DONE", "METADATA EMBEDDED",
+            "Quillmark", "Quillmark", "03 / DONE", "METADATA EMBEDDED",
             "MUTATED", "3", "BACKED UP", "3", "MODE", "BACKUP ORIGINALS",
             "REVEAL IN FINDER", ANOTHER,
         ])
@@ -84,7 +84,7 @@ class Ingest(WindowCase):
                       program.texts())
         self.embed(program)
 
-        self.assertEqual(program.texts()[3:-2], ["MUTATED", "3", "MODE", "WRITE COPIES"])
+        self.assertEqual(program.texts()[4:-2], ["MUTATED", "3", "MODE", "WRITE COPIES"])
         self.assertEqual(rolls.checksums(rolls.frames(roll)), originals)
         self.assertEqual(set(rolls.checksums(rolls.frames(roll / "_tagged"))), set(originals))
         self.assert_tagged(rolls.frames(roll / "_tagged"))
@@ -100,7 +100,7 @@ class Ingest(WindowCase):
                       "gone.", program.texts())
         self.embed(program)
 
-        self.assertEqual(program.texts()[3:-2], ["MUTATED", "3", "MODE", "IN PLACE"])
+        self.assertEqual(program.texts()[4:-2], ["MUTATED", "3", "MODE", "IN PLACE"])
         self.assertEqual({entry.name for entry in roll.iterdir()}, set(originals))
         self.assert_tagged(rolls.frames(roll))
 
@@ -148,7 +148,7 @@ class Ingest(WindowCase):
         self.embed(program)
 
         # The first frames of both folders have one name, and so one backup.
-        self.assertEqual(program.texts()[3:7], ["MUTATED", "3", "BACKED UP", "3"])
+        self.assertEqual(program.texts()[4:8], ["MUTATED", "3", "BACKED UP", "3"])
         self.assert_tagged([*rolls.frames(roll), *rolls.frames(roll / "strip")])
 
     def test_subfolders_are_left_alone_otherwise(self):
@@ -159,7 +159,7 @@ class Ingest(WindowCase):
         self.drop_and_fail(program, roll)
 
         self.assertEqual(program.texts(), [
-            "Quillmark", "02 / SLATE NOT FOUND", "NO READABLE SLATE\nIN BOX",
+            "Quillmark", "Quillmark", "02 / SLATE NOT FOUND", "NO READABLE SLATE\nIN BOX",
             "Tried 1 image — none contained a decodable Quillmark QR. Pick the slate frame "
             "yourself, or skip the slate and enter the metadata manually.",
             "CANCEL", "PICK SLATE FRAME", "ENTER MANUALLY  →",

@@ -9,7 +9,12 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 BUTTON = "push button"
 CHECK_BOX = "check box"
+DIALOG = "dialog"
 LABEL = "label"
+MENU = "popup menu"
+MENU_BAR = "menu bar"
+MENU_ITEM = "menu item"
+PROGRESS_BAR = "progress bar"
 RADIO_BUTTON = "radio button"
 TEXT_FIELD = "text"
 
@@ -32,6 +37,10 @@ class Element:
     @property
     def name(self):
         return _asked(self._accessible.get_name, "")
+
+    @property
+    def description(self):
+        return _asked(self._accessible.get_description, "")
 
     @property
     def role(self):
@@ -59,6 +68,15 @@ class Element:
         """The text inside a field, as opposed to its name."""
         interface = self._accessible.get_text_iface()
         return Atspi.Text.get_text(interface, 0, Atspi.Text.get_character_count(interface))
+
+    @property
+    def selected_text(self):
+        """What is selected of the text inside a field."""
+        interface = self._accessible.get_text_iface()
+        if Atspi.Text.get_n_selections(interface) == 0:
+            return ""
+        part = Atspi.Text.get_selection(interface, 0)
+        return Atspi.Text.get_text(interface, part.start_offset, part.end_offset)
 
     @property
     def bounds(self):
@@ -108,6 +126,12 @@ class Element:
         interface = self._accessible.get_editable_text_iface()
         if interface is None or not Atspi.EditableText.set_text_contents(interface, text):
             raise AssertionError(f"{self} cannot be typed into")
+
+    def select_text(self, start, end):
+        """Selects a part of the text inside a field."""
+        interface = self._accessible.get_text_iface()
+        if not Atspi.Text.add_selection(interface, start, end):
+            raise AssertionError(f"{self} cannot be selected")
 
     def dump(self, depth=0):
         """The tree from here on, one item a line."""

@@ -79,6 +79,23 @@ class Program:
         tree = self.tree
         return [] if tree is None else [item for item in tree.descendants() if item.is_shown]
 
+    def focused(self):
+        """The item that has the keyboard, or None."""
+        return next((item for item in self.shown() if "focused" in item.states), None)
+
+    def wait_for_focus(self, name):
+        """Waits until the keyboard is on an item with this name, and gives that."""
+        def found():
+            item = self.focused()
+            return item if item and item.name == name else None
+
+        return wait_until(found, f"the keyboard to come to {name!r}", details=self._details)
+
+    def bar_height(self):
+        """How much of the window's height the menu bar takes."""
+        return next(item for item in self.shown()
+                    if item.role == accessible.MENU_BAR).bounds[3]
+
     def texts(self):
         """The names of everything that can be perceived now, in reading order."""
         return [item.name for item in self.shown() if item.name]
