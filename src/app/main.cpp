@@ -60,6 +60,7 @@ int main(int argc, char **argv)
     // Widgets only for the file chooser; they cost next to nothing until it opens.
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
+    QApplication::setDesktopFileName(QStringLiteral("co.larkhollow.quillmark"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);
