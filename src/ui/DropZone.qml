@@ -10,9 +10,16 @@ import Quillmark
 Item {
     id: root
 
-    readonly property alias hovered: drop.containsDrag
+    readonly property alias hovered: drop.hovered
 
     signal picked(url folder)
+
+    // Its question is answered once another screen is shown.
+    onEnabledChanged: {
+        if (!root.enabled) {
+            chooser.close();
+        }
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -59,20 +66,10 @@ Item {
         }
     }
 
-    DropArea {
+    LocationDrop {
         id: drop
         anchors.fill: parent
-        keys: ["text/uri-list"]
-        onEntered: drag => drag.accepted = root.takes(drag.urls)
-        onDropped: drop => {
-            if (root.takes(drop.urls)) {
-                // A copy whatever the file browser proposes: nothing is to vanish there.
-                drop.accept(Qt.CopyAction);
-                root.picked(drop.urls[0]);
-            } else {
-                drop.accepted = false;
-            }
-        }
+        onDropped: location => root.picked(location)
     }
 
     FileChooser {
@@ -81,9 +78,5 @@ Item {
         acceptLabel: "Ingest"
         parentWindow: root.Window.window
         onChosen: location => root.picked(location)
-    }
-
-    function takes(urls: list<url>): bool {
-        return urls.length > 0 && urls[0].toString().startsWith("file:");
     }
 }

@@ -6,6 +6,8 @@ The source's side of the XDND protocol, version 5 (freedesktop.org), under a rea
 the button goes down on a small window, and the pointer carries the drag from there.
 """
 
+import os
+
 from Xlib import X, Xatom, display
 from Xlib.protocol import event as events
 
@@ -201,7 +203,7 @@ def file_drag(screen, *files):
     urls = [file.as_uri() for file in files]
     return Drag(screen, {
         "text/uri-list": "".join(f"{url}\r\n" for url in urls).encode("ascii"),
-        "text/plain": "\n".join(str(file) for file in files).encode(),
+        "text/plain": b"\n".join(os.fsencode(file) for file in files),
     })
 
 
