@@ -6,8 +6,11 @@
 #include "app/PortalChooser.h"
 #include "app/Theme.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QStandardPaths>
+#include <QTreeView>
 
 #include <utility>
 
@@ -58,8 +61,31 @@ bool dialogsNeedPortal()
                 .isEmpty();
 }
 
+/// Where pictures are looked for first when nothing else is said.
+QUrl defaultFolder()
+{
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    return QUrl::fromLocalFile(QDir(pictures).exists() ? pictures : QDir::homePath());
+}
+
+/// Gives names the room that the list has, and shows of a folder only what tells it from others.
+void arrangeColumns(QFileDialog &dialog, bool folders)
+{
+    auto *list = dialog.findChild<QTreeView *>();
+    if (!list || list->header()->count() == 0) {
+        return; // the desktop's own dialog
+    }
+    constexpr int size = 1;
+    constexpr int type = 2;
+    list->setColumnHidden(size, folders);
+    list->setColumnHidden(type, folders);
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 QFileDialog *makeDialog(const ChooserRequest &request)
 {
+    constexpr QSize roomy(820, 540);
     auto *dialog = new QFileDialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(request.title);
@@ -71,12 +97,13 @@ QFileDialog *makeDialog(const ChooserRequest &request)
         dialog->setOption(QFileDialog::ShowDirsOnly);
     } else {
         dialog->setFileMode(QFileDialog::ExistingFile);
+        dialog->setOption(QFileDialog::HideNameFilterDetails);
         dialog->setNameFilters(dialogFilters(request.filters));
     }
-    if (!request.startFolder.isEmpty()) {
-        dialog->setDirectoryUrl(request.startFolder);
-    }
+    dialog->setDirectoryUrl(request.startFolder.isEmpty() ? defaultFolder() : request.startFolder);
     dialog->setLabelText(QFileDialog::Accept, request.acceptLabel);
+    dialog->resize(roomy);
+    arrangeColumns(*dialog, request.folder);
     return dialog;
 }
 
