@@ -114,18 +114,15 @@ class Choosers(WindowCase):
         escape("CHANGE", USE)
         self.assertIn("frame-01.jpg", program.texts())
 
-    def test_window_waits_behind_its_chooser(self):
+    def test_chooser_opens_once(self):
         program = self.open()
         program.press("CHOOSE FOLDER")
         self.wait_for_keyboard(program, INGEST)
-        x, y, _, height = self.screen.geometry(program.window)
 
-        self.screen.click(x + 5, y + height - 5)
         program.press("CHOOSE FOLDER")
 
-        self.assertEqual(len(self.screen.windows(program.pid)), 2)
         program.cancel_chooser(INGEST)
-        self.assertEqual(len(self.screen.windows(program.pid)), 1)
+        self.assertEqual(self.screen.windows(program.pid), [program.window])
 
     def test_picked_slate_frame_is_read(self):
         roll = self.make_roll(frames=2, slate_at=0)

@@ -52,6 +52,8 @@ class Drag:
         if self._target:
             self.leave()
         self._window.destroy()
+        # A server forgets what a client that has gone still had to say.
+        self._display.sync()
         self._display.close()
 
     @property
@@ -205,11 +207,6 @@ def file_drag(screen, *files):
         "text/uri-list": "".join(f"{url}\r\n" for url in urls).encode("ascii"),
         "text/plain": b"\n".join(os.fsencode(file) for file in files),
     })
-
-
-def text_drag(screen, text):
-    """A drag of a marked piece of text."""
-    return Drag(screen, {"UTF8_STRING": text.encode(), "text/plain": text.encode()})
 
 
 def drop_files(screen, window, *files):
