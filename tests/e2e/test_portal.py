@@ -143,6 +143,15 @@ class PortalChoosers(WindowCase):
                 portal.wait_for_call()
                 self.choose_in_built_in(program)
 
+    def test_hanging_portal_is_made_up_for(self):
+        with Portal(self.desktop, hangs=True) as portal:
+            program = self.open()
+
+            program.press("CHOOSE FOLDER")
+
+            self.choose_in_built_in(program)
+            wait_until(lambda: portal.closed == 1, "the chooser to be called off")
+
     def test_failing_backend_is_made_up_for(self):
         with Portal(self.desktop) as portal:
             program = self.open()

@@ -1,12 +1,18 @@
 # SPDX-FileCopyrightText: 2026 Quillmark authors
 # SPDX-License-Identifier: MIT
-"""The program under a Wayland compositor, as far as it can be used there without hands."""
+"""The program under a Wayland compositor.
+
+The compositor has no screen and no input devices: everything is done through the accessibility
+tree. What takes a pointer or a keyboard (drag and drop, shortcuts) is tested under X alone.
+"""
 
 import unittest
 
 from harness import rolls, tags
 from harness.accessible import BUTTON, RADIO_BUTTON
+from harness.bus import Portal
 from harness.case import WindowCase
+from harness.program import Program
 from harness.wayland import WaylandDesktop
 from harness.waiting import WORK_DEADLINE, wait_until
 
@@ -44,6 +50,25 @@ class Wayland(WindowCase):
         program.cancel_chooser("Ingest")
 
         self.assertEqual(program.texts(), before)
+
+    def test_chooser_of_the_desktop_is_a_window_of_its_own(self):
+        roll = self.make_roll(frames=1, slate_at=1)
+        with Portal(self.desktop) as portal:
+            program = self.open()
+            program.press("CHOOSE FOLDER")
+
+            self.assertEqual(portal.wait_for_call()[0], "")
+            portal.confirm(roll.as_uri())
+
+            program.wait_for("02 / SLATE DETECTED", WORK_DEADLINE)
+
+    def test_window_names_its_program(self):
+        program = Program(self.desktop, environment={"HOME": str(self.home),
+                                                     "WAYLAND_DEBUG": "client"})
+        self.addCleanup(program.stop)
+
+        self.assertIn('set_app_id("co.larkhollow.quillmark")', program.output)
+        self.assertIn('set_title("Quillmark")', program.output)
 
     def test_typed_form_is_embedded(self):
         roll = self.make_roll(frames=2, slate_at=0)

@@ -126,17 +126,21 @@ class FileManager(Service):
 
 
 class Portal(Service):
-    """A desktop's own file chooser. It shows nothing: the test says what the user does."""
+    """A desktop's own file chooser. It shows nothing: the test says what the user does.
+
+    It can be told to fail when a chooser is asked for, or never to answer.
+    """
 
     name = "org.freedesktop.portal.Desktop"
     path = DESKTOP_PATH
     xml = _PORTAL
 
-    def __init__(self, desktop, version=4, fails=False):
+    def __init__(self, desktop, version=4, fails=False, hangs=False):
         super().__init__(desktop)
         self.closed = 0
         self._version = version
         self._fails = fails
+        self._hangs = hangs
         self._request = None
         self._sender = None
 
@@ -166,7 +170,8 @@ class Portal(Service):
             sender = self._sender[1:].replace(".", "_")
             path = f"{DESKTOP_PATH}/request/{sender}/{arguments[2]['handle_token']}"
             self.register(path, _REQUEST)
-            invocation.return_value(GLib.Variant("(o)", (path,)))
+            if not self._hangs:
+                invocation.return_value(GLib.Variant("(o)", (path,)))
             self._request = path
         self.calls.append(arguments)
 
