@@ -111,7 +111,9 @@ QDBusConnection bus()
 } // namespace
 
 PortalChooser::PortalChooser(ChooserRequest request, bool autoStart, QObject *parent)
-    : QObject(parent), m_request(std::move(request)), m_autoStart(autoStart),
+    : QObject(parent),
+      m_request(std::move(request)),
+      m_autoStart(autoStart),
       m_token(QStringLiteral("quillmark_") + QUuid::createUuid().toString(QUuid::Id128)),
       m_service(service, bus(), QDBusServiceWatcher::WatchForUnregistration)
 {

@@ -41,9 +41,6 @@ Q_SIGNALS:
     /// There is no such chooser, or it broke: the user has not been heard.
     void unavailable();
 
-private Q_SLOTS:
-    void takeResponse(uint response, const QVariantMap &results);
-
 private:
     enum class Stage { Asking, Open, Over };
 
@@ -53,6 +50,7 @@ private:
     void takeVersion(const QVariant &answer);
     void takeRequest(const QVariant &answer);
     void expectResponseAt(const QString &requestPath);
+    Q_SLOT void takeResponse(uint response, const QVariantMap &results);
     QVariantMap options() const;
     QString parentHandle() const;
     void close();

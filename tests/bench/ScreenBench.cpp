@@ -110,7 +110,7 @@ std::map<std::string, Session::State> states(const std::filesystem::path &frame)
 
 void print(const char *name, const Busy &busy, const char *end)
 {
-    std::printf("\"%s_ms\": %.2f, \"%s_processor_ms\": %.2f%s", name, busy.wall, name,
+    std::printf(R"("%s_ms": %.2f, "%s_processor_ms": %.2f%s)", name, busy.wall, name,
                 busy.processor, end);
 }
 
@@ -125,7 +125,8 @@ Busy medians(const std::vector<Busy> &all)
     return {bench::median(walls), bench::median(processors)};
 }
 
-int run(MeasuringApplication &application, const std::string &name, int times, const std::filesystem::path &frame)
+int run(MeasuringApplication &application, const std::string &name, int times,
+        const std::filesystem::path &frame)
 {
     bench::BenchWindow window;
     const Session::State state = states(frame).at(name);

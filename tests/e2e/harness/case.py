@@ -28,7 +28,7 @@ def shared_desktop(kind=Desktop):
         _shared = kind().start()
         atexit.register(_shared.stop)
     if type(_shared) is not kind:
-        raise RuntimeError(f"a process has one desktop, and this one has a {type(_shared).__name__}")
+        raise RuntimeError(f"a process has one desktop: here a {type(_shared).__name__}")
     return _shared
 
 
