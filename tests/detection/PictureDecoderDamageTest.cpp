@@ -6,6 +6,7 @@
 #include "detection/SlateDetectionError.h"
 #include "detection/TiffBytes.h"
 #include "support/ImageFiles.h"
+#include "support/LargeTiff.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -188,19 +189,8 @@ TEST(PictureDecoder, refusesHugePicturesAtNoCost)
 
 TEST(PictureDecoder, holdsALargeScanInLittleMemory)
 {
-    constexpr std::uint32_t width = 12000;
-    constexpr std::uint32_t height = 8400; // some 100 megapixels of 6 bytes
     const TempDir folder;
-    writeTiff(folder / "a.tif", colourPicture(),
-              {.bits = 16, .rowsPerStrip = 0, .directoryFirst = true});
-    std::string bytes = readFile(folder / "a.tif");
-    TiffBytes tiff(bytes);
-    tiff.setEntry(widthTag, 4, width);
-    tiff.setEntry(lengthTag, 4, height);
-    tiff.setEntry(rowsPerStripTag, 4, height);
-    // The file's end is a hole: as long as the pixels, but for the disk.
-    std::filesystem::resize_file(folder.write("large.tif", bytes),
-                                 bytes.size() + std::uint64_t{6} * width * height);
+    writeLargeTiff(folder / "large.tif", 12000, 8400); // 100 megapixels, 605 MB
     const long before = peakMegabytes();
 
     const PictureImage picture = decodePicture(folder / "large.tif", {1000, 1000});
