@@ -17,7 +17,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
+#include <random>
+#include <string>
 
 namespace quillmark {
 namespace {
@@ -56,8 +59,9 @@ protected:
     {
         return QTest::qWaitFor([&] { return m_photo->picture().width() == pixels(units); }, 30'000);
     }
+    double ratio() const { return m_window.effectiveDevicePixelRatio(); }
     /// A length in the pixels of the screen.
-    int pixels(double units) const { return qRound(units * m_window.effectiveDevicePixelRatio()); }
+    int pixels(double units) const { return qRound(units * ratio()); }
     /// What is seen at a place of the window.
     QColor seenAt(double x, double y)
     {
@@ -103,6 +107,38 @@ TEST_F(Photo, isSeenInTheMiddleWithProportionsKept)
         EXPECT_TRUE(test::isBlue(seenAt(217, 227))) << width;
         EXPECT_EQ(seenAt(120, 233), QColor(Qt::black)) << width;
         EXPECT_EQ(seenAt(222, 180), QColor(Qt::black)) << width;
+    }
+}
+
+TEST_F(Photo, isSeenPixelByPixel)
+{
+    test::RasterImage image{.width = 1200, .height = 900};
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> any(0, 65535);
+    for (int i = 0; i < 3 * image.width * image.height; ++i) {
+        image.samples.push_back(static_cast<std::uint16_t>(any(random)));
+    }
+    test::writeTiff(m_dir / "a.tif", image);
+    for (const double x : {0.0, 7.0, 11.3}) {
+        m_photo->setPosition({x, 3});
+        m_photo->setSize({201, 171});
+        show(m_dir / "a.tif");
+        ASSERT_TRUE(waitForPicture());
+        const QImage seen = m_window.grabWindow().convertToFormat(QImage::Format_RGB32);
+        // Somewhere within a pixel of where the middle is.
+        const QSize size = m_photo->picture().size();
+        const QPoint expected(pixels(x + (201 - size.width() / ratio()) / 2),
+                              pixels(3 + (171 - size.height() / ratio()) / 2));
+        bool found = false;
+        for (int dx = -1; dx <= 1; ++dx) {
+            for (int dy = -1; dy <= 1; ++dy) {
+                QImage part = seen.copy(QRect(expected + QPoint(dx, dy), size));
+                part.setDevicePixelRatio(1);
+                found = found || part == m_photo->picture();
+            }
+        }
+        EXPECT_TRUE(found) << x;
+        m_photo->setSource(QUrl());
     }
 }
 
