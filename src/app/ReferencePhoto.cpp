@@ -150,7 +150,8 @@ void ReferencePhoto::take(const QImage &picture, QSize largest)
     Q_EMIT pictureChanged();
 }
 
-/// Where the picture is shown: on whole pixels of the screen, so that it is not blurred.
+/// Where the picture is shown: on whole pixels of the screen. The software renderer rounds by
+/// itself; any other would blur it.
 QRectF ReferencePhoto::place() const
 {
     const double ratio = window()->effectiveDevicePixelRatio();
