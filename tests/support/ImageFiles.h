@@ -71,7 +71,7 @@ enum class TiffPhotometric {
 };
 
 struct TiffOptions {
-    int bits = 8; ///< 1, 2, 4, 8, 16 or 32 a sample
+    int bits = 8; ///< 1 to 15, 16 or 32 a sample
     TiffCompression compression = TiffCompression::none;
     TiffPredictor predictor = TiffPredictor::none;
     TiffPhotometric photometric = TiffPhotometric::automatic;

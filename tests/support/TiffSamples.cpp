@@ -136,12 +136,14 @@ private:
     {
         const int most = (1 << m_options.bits) - 1;
         const int value = (sample * most + 32767) / 65535;
-        if (m_bitsUsed == 0) {
-            m_bytes.push_back(0);
+        for (int bit = m_options.bits - 1; bit >= 0; --bit) {
+            if (m_bitsUsed == 0) {
+                m_bytes.push_back(0);
+            }
+            m_bytes.back() =
+                static_cast<std::uint8_t>(m_bytes.back() | (value >> bit & 1) << (7 - m_bitsUsed));
+            m_bitsUsed = (m_bitsUsed + 1) % 8;
         }
-        m_bitsUsed += m_options.bits;
-        m_bytes.back() = static_cast<std::uint8_t>(m_bytes.back() | value << (8 - m_bitsUsed));
-        m_bitsUsed %= 8;
     }
 
     const TiffOptions &m_options;
