@@ -27,7 +27,8 @@ float compandedByTable(float linear)
         }
         return values;
     }();
-    return table[static_cast<std::size_t>(std::clamp(linear, 0.0F, 1.0F) * steps + 0.5F)];
+    const float place = std::clamp(linear, 0.0F, 1.0F) * steps + 0.5F;
+    return table[static_cast<std::size_t>(place)];
 }
 
 /// CIE 15, equations for the reverse transformation from L*a*b*.

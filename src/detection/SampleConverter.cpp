@@ -85,7 +85,10 @@ void convertLab(const Sample *samples, const SampleLayout &layout, int count, Sa
         const std::array<float, 3> rgb =
             rgbOfLab(static_cast<float>(samples[0]) / most, labChroma(samples[1], layout.chroma),
                      labChroma(samples[2], layout.chroma));
-        const auto scaled = [](float share) { return static_cast<Sample>(share * most + 0.5F); };
+        const auto scaled = [](float share) {
+            const float value = share * most + 0.5F;
+            return static_cast<Sample>(value);
+        };
         Output::putRgb(out + i * Output::channels, scaled(rgb[0]), scaled(rgb[1]), scaled(rgb[2]));
     }
 }

@@ -40,13 +40,13 @@ protected:
 
     std::filesystem::path jpeg(int width, int height)
     {
-        const auto file = m_dir / (std::to_string(width) + ".jpg");
+        auto file = m_dir / (std::to_string(width) + ".jpg");
         test::writeJpeg(file, test::twoHalves(width, height));
         return file;
     }
     std::filesystem::path largeScan()
     {
-        const auto file = m_dir / "large.tif";
+        auto file = m_dir / "large.tif";
         test::writeLargeTiff(file, 12000, 8400); // 100 megapixels
         return file;
     }

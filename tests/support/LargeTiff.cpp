@@ -33,8 +33,8 @@ void writeLargeTiff(const std::filesystem::path &file, std::uint32_t width, std:
 {
     constexpr std::uint16_t shortType = 3;
     constexpr std::uint16_t longType = 4;
-    constexpr std::uint64_t bitsOffset = 8 + 2 + 9 * 12 + 4;
-    constexpr std::uint64_t pixelOffset = bitsOffset + 3 * 2;
+    constexpr std::uint64_t bitsOffset = 8 + 2 + 9 * std::uint64_t{12} + 4;
+    constexpr std::uint64_t pixelOffset = bitsOffset + std::uint64_t{3} * 2;
     const std::uint64_t pixelBytes = std::uint64_t{6} * width * height;
     std::string head("II*\0\10\0\0\0\11\0", 10); // nine entries, behind these bytes
     appendEntry(head, 256, longType, 1, width);
