@@ -4,14 +4,15 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 
 #include <filesystem>
 
 namespace quillmark {
 
-/// Reads a picture for looking at: upright, and no longer than maxSide pixels on either side.
-/// TIFF files are shown in grey. Nothing (a null image) where the file is no picture, or one
-/// that would take too much memory. Blocks; any thread.
-QImage readPicture(const std::filesystem::path &file, int maxSide);
+/// Reads a picture for looking at: in colour, upright, and scaled down to fit `largest` (in
+/// pixels, both sides above 0), never up. Nothing (a null image) where the file is no
+/// picture, or one that would take too much memory. Blocks; any thread.
+QImage readPicture(const std::filesystem::path &file, QSize largest);
 
 } // namespace quillmark

@@ -3,19 +3,23 @@
 
 #pragma once
 
+#include <QBasicTimer>
 #include <QCoro/QCoroTask>
 #include <QImage>
-#include <QQuickPaintedItem>
+#include <QQuickItem>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include <filesystem>
+#include <optional>
 
 namespace quillmark {
 
 /// Shows a picture from a file as large as fits, with its proportions kept. It is read in the
-/// background; what is no picture leaves the item empty.
-class ReferencePhoto : public QQuickPaintedItem
+/// background, at the size in which it is shown and in the pixels of the screen; what is no
+/// picture leaves the item empty. When the item has become larger and stays so for a moment,
+/// the picture is read again, and the one at hand shown until then.
+class ReferencePhoto : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -28,23 +32,41 @@ public:
     QUrl source() const { return m_source; }
     void setSource(const QUrl &source);
 
-    /// There is no picture to show, nor one being read.
-    bool isEmpty() const { return !m_loading && m_picture.isNull(); }
-    const QImage &picture() const { return m_picture; }
+    /// There is no picture to show, nor one being read. One that waits for the item to get a
+    /// size and a window counts as being read.
+    bool isEmpty() const { return !m_awaited && m_picture.isNull(); }
 
-    void paint(QPainter *painter) override;
+    /// What is shown, in the pixels of the screen; null before there is something.
+    const QImage &picture() const { return m_picture; }
 
 Q_SIGNALS:
     void sourceChanged();
     void pictureChanged();
 
+protected:
+    void geometryChange(const QRectF &now, const QRectF &before) override;
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void timerEvent(QTimerEvent *event) override;
+    void updatePolish() override;
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
+
 private:
-    QCoro::Task<> load(std::filesystem::path file);
-    void setPicture(const QImage &picture);
+    QSize pixelSize() const;
+    QRectF place() const;
+    bool hasUnfitSize() const;
+    void checkSize();
+    QCoro::Task<> read(std::filesystem::path file, QSize largest);
+    void take(const QImage &picture, QSize largest);
 
     QUrl m_source;
+    std::optional<std::filesystem::path> m_file;
     QImage m_picture;
-    bool m_loading = false;
+    bool m_awaited = false;  ///< the source's first picture has yet to come
+    bool m_reading = false;  ///< the source, be it for the first time or again
+    bool m_whole = false;    ///< the file has no more pixels than m_picture
+    bool m_repaint = false;  ///< m_picture is not yet in the scene
+    int m_sourceNumber = 0;  ///< how many sources there were
+    QBasicTimer m_sizeTimer; ///< runs for a moment after a change of size
 };
 
 } // namespace quillmark

@@ -5,7 +5,7 @@
 
 #include "detection/ExifOrientation.h"
 #include "detection/FrameLimits.h"
-#include "detection/SampleLuma.h"
+#include "detection/SampleConverter.h"
 
 #include <algorithm>
 #include <array>
@@ -122,47 +122,97 @@ std::uint32_t JpegFrame::orientation() const
     return m_exifBytes == 0 ? 1 : exifOrientation({m_exif.data(), m_exifBytes});
 }
 
-bool JpegFrame::readLuma(LumaRows &out)
+bool JpegFrame::hasInks() const
 {
-    chooseColours();
-    const std::size_t channels = m_info.out_color_space == JCS_GRAYSCALE ? 0
-                                 : m_info.out_color_space == JCS_CMYK
-                                     ? 4
-                                     : static_cast<std::size_t>(m_info.num_components);
-    m_row.resize(static_cast<std::size_t>(width()) * channels);
-    guarded([this, &out] {
-        m_info.buffered_image = jpeg_has_multiple_scans(&m_info);
-        jpeg_start_decompress(&m_info);
-        if (m_info.buffered_image) {
-            readScans();
-        }
-        if (m_info.out_color_space == JCS_GRAYSCALE) {
-            readGrey(out);
-        } else {
-            readColours(out);
-        }
-    });
-    return m_info.output_scanline > 0;
+    return m_info.jpeg_color_space == JCS_CMYK || m_info.jpeg_color_space == JCS_YCCK;
 }
 
 /// Luma is a component of its own wherever it can be, so that the others are not decoded
 /// beyond their entropy code.
-void JpegFrame::chooseColours()
+bool JpegFrame::readLuma(LumaRows &out)
 {
     switch (m_info.jpeg_color_space) {
     case JCS_GRAYSCALE:
     case JCS_YCbCr:
     case JCS_RGB:
         m_info.out_color_space = JCS_GRAYSCALE;
-        break;
-    case JCS_CMYK:
-    case JCS_YCCK:
-        m_info.out_color_space = JCS_CMYK;
-        break;
+        return readPicture([this, &out] { readGreyRows(out); });
     default:
-        m_info.out_color_space = JCS_UNKNOWN;
+        m_info.out_color_space = hasInks() ? JCS_CMYK : JCS_UNKNOWN;
         break;
     }
+    return readPicture([this, &out] {
+        while (m_info.output_scanline < m_info.output_height) {
+            const int y = static_cast<int>(m_info.output_scanline);
+            JSAMPROW row = m_row.data();
+            jpeg_read_scanlines(&m_info, &row, 1);
+            convertRow<LumaOutput>(out.rows(y, 1));
+        }
+    });
+}
+
+PictureSize JpegFrame::reduceTo(PictureSize smallest)
+{
+    const auto covers = [&](unsigned reduction) {
+        const auto reduced = [reduction](unsigned side) {
+            return static_cast<int>((side + reduction - 1) / reduction);
+        };
+        return reduced(m_info.image_width) >= smallest.width &&
+               reduced(m_info.image_height) >= smallest.height;
+    };
+    m_info.scale_num = 1;
+    m_info.scale_denom = covers(8) ? 8 : covers(4) ? 4 : covers(2) ? 2 : 1;
+    const bool known = guarded([this] { jpeg_calc_output_dimensions(&m_info); });
+    return known ? PictureSize{static_cast<int>(m_info.output_width),
+                               static_cast<int>(m_info.output_height)}
+                 : PictureSize{};
+}
+
+bool JpegFrame::readColours(AreaAverage &out)
+{
+    switch (m_info.jpeg_color_space) {
+    case JCS_YCbCr:
+    case JCS_RGB:
+        m_info.out_color_space = JCS_RGB;
+        break;
+    case JCS_GRAYSCALE:
+        m_info.out_color_space = JCS_GRAYSCALE;
+        break;
+    default:
+        m_info.out_color_space = hasInks() ? JCS_CMYK : JCS_UNKNOWN;
+        break;
+    }
+    const bool converted = m_info.out_color_space != JCS_RGB;
+    m_converted.resize(converted ? std::size_t{m_info.output_width} * RgbOutput::channels : 0);
+    return readPicture([this, &out, converted] {
+        while (m_info.output_scanline < m_info.output_height) {
+            const int y = static_cast<int>(m_info.output_scanline);
+            JSAMPROW row = m_row.data();
+            jpeg_read_scanlines(&m_info, &row, 1);
+            if (converted) {
+                convertRow<RgbOutput>(m_converted.data());
+                row = m_converted.data();
+            }
+            out.add(0, y, static_cast<int>(m_info.output_width), row);
+        }
+    });
+}
+
+/// Calls `readRows` with the decompressor ready to hand out rows; room for one is in m_row.
+template <typename ReadRows>
+bool JpegFrame::readPicture(ReadRows readRows)
+{
+    const auto channels = static_cast<std::size_t>(std::max(m_info.num_components, 4));
+    m_row.resize(std::size_t{m_info.image_width} * channels);
+    guarded([this, &readRows] {
+        m_info.buffered_image = jpeg_has_multiple_scans(&m_info);
+        jpeg_start_decompress(&m_info);
+        if (m_info.buffered_image) {
+            readScans();
+        }
+        readRows();
+    });
+    return m_info.output_scanline > 0;
 }
 
 void JpegFrame::readScans()
@@ -175,7 +225,8 @@ void JpegFrame::readScans()
     jpeg_start_output(&m_info, m_info.input_scan_number);
 }
 
-void JpegFrame::readGrey(LumaRows &out)
+/// Straight to where they belong, as many as libjpeg has ready.
+void JpegFrame::readGreyRows(LumaRows &out)
 {
     while (m_info.output_scanline < m_info.output_height) {
         const int y = static_cast<int>(m_info.output_scanline);
@@ -189,20 +240,17 @@ void JpegFrame::readGrey(LumaRows &out)
     }
 }
 
-void JpegFrame::readColours(LumaRows &out)
+/// From m_row, which holds no RGB.
+template <typename Output>
+void JpegFrame::convertRow(std::uint8_t *out) const
 {
-    const bool inks = m_info.out_color_space == JCS_CMYK;
-    while (m_info.output_scanline < m_info.output_height) {
-        const int y = static_cast<int>(m_info.output_scanline);
-        JSAMPROW row = m_row.data();
-        jpeg_read_scanlines(&m_info, &row, 1);
-        if (!inks) {
-            lumaFromFirst(row, m_info.output_components, width(), out.rows(y, 1));
-        } else if (m_info.saw_Adobe_marker) {
-            lumaFromInvertedInks(row, 4, width(), out.rows(y, 1));
-        } else {
-            lumaFromInks(row, 4, width(), out.rows(y, 1));
-        }
+    const int count = static_cast<int>(m_info.output_width);
+    if (m_info.out_color_space != JCS_CMYK) {
+        convertFirst<Output>(m_row.data(), m_info.output_components, count, out);
+    } else if (m_info.saw_Adobe_marker) {
+        convertInvertedInks<Output>(m_row.data(), 4, count, out);
+    } else {
+        convertInks<Output>(m_row.data(), 4, count, out);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "detection/AreaAverage.h"
 #include "detection/JpegSource.h"
 #include "detection/LumaRows.h"
 
@@ -36,6 +37,15 @@ public:
     /// Decodes the rows, at full size, as far as they go. False where there was not one.
     bool readLuma(LumaRows &out);
 
+    /// Has the rows that readColours() gives come smaller, by 2, 4 or 8, where they do not
+    /// fall below the given size by that, and gives the size in which they come. Nothing
+    /// of the picture costs more than its entropy code then. A size of 0 is a failure.
+    PictureSize reduceTo(PictureSize smallest);
+
+    /// Decodes the rows in colour, at the size that reduceTo() gave. False where there was
+    /// not one.
+    bool readColours(AreaAverage &out);
+
     /// How many scans were decoded to their end; 0 for a file that has only one.
     int completedScans() const { return m_completedScans; }
 
@@ -48,10 +58,13 @@ private:
     bool guarded(Step step);
 
     bool hasPlausibleSize();
-    void chooseColours();
+    bool hasInks() const;
+    template <typename ReadRows>
+    bool readPicture(ReadRows readRows);
     void readScans();
-    void readGrey(LumaRows &out);
-    void readColours(LumaRows &out);
+    void readGreyRows(LumaRows &out);
+    template <typename Output>
+    void convertRow(std::uint8_t *out) const;
     static boolean readApp1(j_decompress_ptr info);
 
     const FrameFile &m_file;
@@ -61,7 +74,8 @@ private:
     JpegSource m_source;
     std::vector<unsigned char> m_exif; ///< set aside in full beforehand
     std::size_t m_exifBytes = 0;
-    std::vector<JSAMPLE> m_row;
+    std::vector<JSAMPLE> m_row;       ///< as it comes from libjpeg
+    std::vector<JSAMPLE> m_converted; ///< the same as RGB, where it comes otherwise
     jpeg_decompress_struct m_info{};
 };
 

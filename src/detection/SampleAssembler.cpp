@@ -159,18 +159,28 @@ const std::uint8_t *SampleAssembler::unpack(const std::uint8_t *stored, int coun
     return out.data();
 }
 
-void lumaFromUnits(const std::uint8_t *block, const TiffShape &shape, int y,
-                   std::span<std::uint8_t> out)
+const void *SampleAssembler::assembleUnits(const std::uint8_t *block, int y, int count)
 {
-    const auto width = static_cast<std::size_t>(shape.unitWidth);
-    const auto height = static_cast<std::size_t>(shape.unitHeight);
+    const auto width = static_cast<std::size_t>(m_shape.unitWidth);
+    const auto height = static_cast<std::size_t>(m_shape.unitHeight);
     const std::size_t unitBytes = width * height + 2;
-    const std::size_t across = (static_cast<std::size_t>(shape.blockWidth) + width - 1) / width;
+    const std::size_t across = (static_cast<std::size_t>(m_shape.blockWidth) + width - 1) / width;
     const auto row = static_cast<std::size_t>(y);
-    const std::uint8_t *units = block + row / height * across * unitBytes + row % height * width;
-    for (std::size_t x = 0; x < out.size(); ++x) {
-        out[x] = units[x / width * unitBytes + x % width];
+    const auto pixels = static_cast<std::size_t>(count);
+    const std::uint8_t *units = block + row / height * across * unitBytes;
+    const std::size_t lumaRow = row % height * width;
+    const bool coloured = m_shape.layout.channels > 1;
+    m_row.resize(pixels * (coloured ? 3 : 1));
+    std::uint8_t *out = m_row.data();
+    for (std::size_t x = 0; x < pixels; ++x) {
+        const std::uint8_t *unit = units + x / width * unitBytes;
+        *out++ = unit[lumaRow + x % width];
+        if (coloured) {
+            *out++ = unit[unitBytes - 2];
+            *out++ = unit[unitBytes - 1];
+        }
     }
+    return m_row.data();
 }
 
 } // namespace quillmark

@@ -12,7 +12,7 @@
 
 namespace quillmark {
 
-/// Makes rows of samples, as SampleLuma takes them, from what the planes of a TIFF image have
+/// Makes rows of samples, as SampleConverter takes them, from what the planes of a TIFF image have
 /// stored.
 class SampleAssembler
 {
@@ -23,6 +23,10 @@ public:
     /// samples stay valid until the next call, and no longer than what they came from.
     const void *assemble(std::span<const std::uint8_t *const> planes, int count);
 
+    /// The same from row `y` of a block of units of luma and chroma in bytes, of which only
+    /// luma is given where the layout has no more.
+    const void *assembleUnits(const std::uint8_t *block, int y, int count);
+
 private:
     const std::uint8_t *unpack(const std::uint8_t *stored, int count,
                                std::vector<std::uint8_t> &out) const;
@@ -31,9 +35,5 @@ private:
     std::vector<std::vector<std::uint8_t>> m_unpacked; ///< per plane
     std::vector<std::uint8_t> m_row;
 };
-
-/// The luma of row `y` of a block of units of luma and chroma, in bytes.
-void lumaFromUnits(const std::uint8_t *block, const TiffShape &shape, int y,
-                   std::span<std::uint8_t> out);
 
 } // namespace quillmark

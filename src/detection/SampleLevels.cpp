@@ -25,10 +25,10 @@ constexpr float narrowest = 1e-5F;
 
 } // namespace
 
-void LevelSampler::add(float luma)
+void LevelSampler::add(float sample)
 {
-    if (std::isfinite(luma)) {
-        m_samples.push_back(luma);
+    if (std::isfinite(sample)) {
+        m_samples.push_back(sample);
     }
 }
 
@@ -55,12 +55,12 @@ Levels LevelSampler::levels() &&
     return (inside && range >= fullEnough * m_nominalWhite) || single ? nominal : found;
 }
 
-void applyLevels(const Levels &levels, const float *luma, int count, std::uint8_t *out)
+void applyLevels(const Levels &levels, const float *samples, int count, std::uint8_t *out)
 {
     const float black = levels.black;
     const float scale = 255 / (levels.white - levels.black);
     for (int i = 0; i < count; ++i) {
-        const float value = (luma[i] - black) * scale + 0.5F;
+        const float value = (samples[i] - black) * scale + 0.5F;
         // In this order, what is no number fails both comparisons.
         const float lit = value > 0 ? value : 0;
         const float bounded = lit < 255 ? lit : 255;
@@ -68,7 +68,7 @@ void applyLevels(const Levels &levels, const float *luma, int count, std::uint8_
     }
 }
 
-void applyLevels(const Levels &levels, const std::uint16_t *luma, int count, std::uint8_t *out)
+void applyLevels(const Levels &levels, const std::uint16_t *samples, int count, std::uint8_t *out)
 {
     const auto black = static_cast<std::uint32_t>(std::lround(levels.black));
     const auto white = static_cast<std::uint32_t>(std::lround(levels.white));
@@ -76,7 +76,7 @@ void applyLevels(const Levels &levels, const std::uint16_t *luma, int count, std
     // 16.16 fixed point; white comes to 255 and less than a half, so that nothing overflows.
     const std::uint32_t scale = ((255U << 16U) + range / 2) / range;
     for (int i = 0; i < count; ++i) {
-        const std::uint32_t value = std::clamp<std::uint32_t>(luma[i], black, white) - black;
+        const std::uint32_t value = std::clamp<std::uint32_t>(samples[i], black, white) - black;
         out[i] = static_cast<std::uint8_t>((value * scale + 32768U) >> 16U);
     }
 }

@@ -30,7 +30,7 @@ public:
     explicit LevelSampler(float nominalWhite) : m_nominalWhite(nominalWhite) {}
 
     /// What is not a finite number is passed over.
-    void add(float luma);
+    void add(float sample);
 
     /// How many were added.
     std::size_t count() const { return m_samples.size(); }
@@ -45,9 +45,9 @@ private:
 
 /// Any value in the range of the levels; what lies outside becomes black or white, and so
 /// does infinity. What is no number is black.
-void applyLevels(const Levels &levels, const float *luma, int count, std::uint8_t *out);
+void applyLevels(const Levels &levels, const float *samples, int count, std::uint8_t *out);
 
 /// The same for whole numbers of 16 bits.
-void applyLevels(const Levels &levels, const std::uint16_t *luma, int count, std::uint8_t *out);
+void applyLevels(const Levels &levels, const std::uint16_t *samples, int count, std::uint8_t *out);
 
 } // namespace quillmark

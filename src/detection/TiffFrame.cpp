@@ -27,13 +27,13 @@ int ceilDivided(int value, int by)
 
 } // namespace
 
-std::unique_ptr<TiffFrame> TiffFrame::open(const FrameFile &file)
+std::unique_ptr<TiffFrame> TiffFrame::open(const FrameFile &file, FrameChannels wanted)
 {
     TiffHandle tiff(file);
     if (!tiff) {
         return nullptr;
     }
-    const std::optional<TiffShape> shape = tiffShape(tiff, file.size());
+    const std::optional<TiffShape> shape = tiffShape(tiff, file.size(), wanted);
     if (!shape) {
         return nullptr;
     }
@@ -139,9 +139,7 @@ void TiffFrame::visitBlock(int number, const SampleRowVisitor &visit)
     }
     for (int row = 0; row < rows; ++row) {
         if (m_shape.hasUnits()) {
-            m_unitRow.resize(static_cast<std::size_t>(count));
-            lumaFromUnits(blocks[0], m_shape, row, m_unitRow);
-            visit({x, y + row, count, m_unitRow.data()});
+            visit({x, y + row, count, m_assembler.assembleUnits(blocks[0], row, count)});
             continue;
         }
         for (std::size_t i = 0; i < blocks.size(); ++i) {

@@ -14,7 +14,7 @@
 
 namespace quillmark {
 
-/// Some pixels next to each other, as SampleLuma takes them.
+/// Some pixels next to each other, as SampleConverter takes them.
 struct SampleRow {
     int x = 0;
     int y = 0;
@@ -30,7 +30,7 @@ class TiffFrame
 public:
     /// Nothing for a file that cannot be decoded, or not within reason. The file outlives
     /// the frame.
-    static std::unique_ptr<TiffFrame> open(const FrameFile &file);
+    static std::unique_ptr<TiffFrame> open(const FrameFile &file, FrameChannels wanted);
 
     TiffFrame(const TiffFrame &) = delete;
     TiffFrame &operator=(const TiffFrame &) = delete;
@@ -38,6 +38,10 @@ public:
     int width() const { return m_shape.width; }
     int height() const { return m_shape.height; }
     const SampleLayout &layout() const { return m_shape.layout; }
+
+    /// Rows come from the top but for those of this many, counted from the first row, which
+    /// are handed out piece by piece: 1 where every row comes at once.
+    int rowsTogether() const { return m_shape.tiled ? m_shape.blockHeight : 1; }
 
     /// Hands out every row that can be decoded, from the top, in the pieces that tiles make
     /// of it: of a damaged strip those before the damage, of a damaged tile none.
@@ -59,7 +63,6 @@ private:
     std::vector<TiffPlane> m_planes;
     SampleAssembler m_assembler;
     std::vector<const std::uint8_t *> m_stored; ///< per plane: what is being handed out
-    std::vector<std::uint8_t> m_unitRow;
 };
 
 } // namespace quillmark

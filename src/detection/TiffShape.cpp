@@ -79,8 +79,9 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
 {
     switch (photometric) {
     case PHOTOMETRIC_MINISBLACK:
-    case PHOTOMETRIC_YCBCR: // its first channel
         return SampleKind::grey;
+    case PHOTOMETRIC_YCBCR:
+        return SampleKind::yCbCr;
     case PHOTOMETRIC_MINISWHITE:
         return SampleKind::invertedGrey;
     case PHOTOMETRIC_PALETTE:
@@ -100,7 +101,7 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
     }
 }
 
-bool readPalette(const TiffHandle &tiff, int bits, std::array<std::uint8_t, 256> &palette)
+bool readPalette(const TiffHandle &tiff, int bits, SampleLayout &layout)
 {
     const std::uint16_t *red = nullptr;
     const std::uint16_t *green = nullptr;
@@ -114,18 +115,41 @@ bool readPalette(const TiffHandle &tiff, int bits, std::array<std::uint8_t, 256>
     for (const std::uint16_t *channel : {red, green, blue}) {
         most = std::max(most, *std::max_element(channel, channel + count));
     }
+    const std::uint32_t scale = most < 256 ? 257 : 1;
     for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t scale = most < 256 ? 257 : 1;
-        const SampleLayout rgb{SampleType::uint16, SampleKind::rgb, 3, {}};
-        const std::array<std::uint16_t, 3> colour{static_cast<std::uint16_t>(red[i] * scale),
-                                                  static_cast<std::uint16_t>(green[i] * scale),
-                                                  static_cast<std::uint16_t>(blue[i] * scale)};
-        SampleLuma(rgb).convert(colour.data(), 1, &palette[i]);
+        layout.palette[i] = {static_cast<std::uint16_t>(red[i] * scale),
+                             static_cast<std::uint16_t>(green[i] * scale),
+                             static_cast<std::uint16_t>(blue[i] * scale)};
     }
     return true;
 }
 
-bool readColours(const TiffHandle &tiff, std::uint16_t compression, TiffShape &shape)
+/// The channels behind luma or lightness, as far as they are there in full: chroma that is
+/// stored apart is smaller than luma unless the file says otherwise.
+ChromaCoding chromaOf(const TiffHandle &tiff, std::uint16_t photometric, const TiffShape &shape,
+                      bool separate)
+{
+    if (shape.layout.type != SampleType::uint8 && shape.layout.type != SampleType::uint16) {
+        return ChromaCoding::absent;
+    }
+    switch (photometric) {
+    case PHOTOMETRIC_YCBCR: {
+        std::uint16_t across = 1;
+        std::uint16_t down = 1;
+        TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_YCBCRSUBSAMPLING, &across, &down);
+        return separate && across * down > 1 ? ChromaCoding::absent : ChromaCoding::middle;
+    }
+    case PHOTOMETRIC_ICCLAB:
+        return ChromaCoding::middle;
+    case PHOTOMETRIC_CIELAB:
+        return ChromaCoding::zero;
+    default: // the ranges of ITULAB are the fax machine's own
+        return ChromaCoding::absent;
+    }
+}
+
+bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannels wanted,
+                 TiffShape &shape)
 {
     const auto channels = tiff.tag<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
     const std::uint16_t photometric = photometricOf(tiff, channels, compression);
@@ -148,16 +172,21 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, TiffShape &s
             shape.unitHeight = down;
         }
     }
-    shape.layout.kind = *kind;
-    shape.planes = separate ? colourChannels(*kind) : 1;
+    SampleLayout &layout = shape.layout;
+    layout.kind = *kind;
+    if (wanted == FrameChannels::colours && layout.kind != SampleKind::rgb && channels >= 3) {
+        layout.chroma = chromaOf(tiff, photometric, shape, separate);
+    }
+    const int coloured = colourChannels(layout.kind, layout.chroma);
+    shape.planes = separate ? coloured : 1;
     shape.planeChannels = separate ? 1 : channels;
-    shape.layout.channels = separate           ? shape.planes
-                            : shape.hasUnits() ? 1 // of which only luma is handed out
-                                               : channels;
-    if (channels < colourChannels(*kind) || channels > maximumChannels) {
+    layout.channels = separate           ? shape.planes
+                      : shape.hasUnits() ? coloured // luma and chroma, or luma alone
+                                         : channels;
+    if (channels < coloured || channels > maximumChannels) {
         return false;
     }
-    return *kind != SampleKind::palette || readPalette(tiff, shape.bits, shape.layout.palette);
+    return layout.kind != SampleKind::palette || readPalette(tiff, shape.bits, layout);
 }
 
 bool readSamples(const TiffHandle &tiff, TiffShape &shape)
@@ -230,7 +259,8 @@ bool readBlocks(const TiffHandle &tiff, TiffShape &shape)
 
 } // namespace
 
-std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileBytes)
+std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileBytes,
+                                   FrameChannels wanted)
 {
     TiffShape shape;
     const auto compression = tiff.tag<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
@@ -238,7 +268,7 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     if (TIFFIsCODECConfigured(compression) == 0 || compression == COMPRESSION_JBIG) {
         return std::nullopt;
     }
-    if (!readSamples(tiff, shape) || !readColours(tiff, compression, shape) ||
+    if (!readSamples(tiff, shape) || !readColours(tiff, compression, wanted, shape) ||
         !isConvertible(shape.layout) || !hasUsualUnits(shape)) {
         return std::nullopt;
     }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "detection/SampleLuma.h"
+#include "detection/SampleLayout.h"
 #include "detection/TiffHandle.h"
 
 #include <cstddef>
@@ -19,6 +19,10 @@ enum class SamplePacking {
     triples, ///< 24 bits
     halves,  ///< floating point of 16 bits
 };
+
+/// Which channels are read: those that luma is made of (lightness alone, where it has a
+/// channel of its own), or those of the colours as well.
+enum class FrameChannels { luma, colours };
 
 /// How the pixels of a TIFF image lie in its file, and what they stand for once unpacked.
 struct TiffShape {
@@ -51,6 +55,7 @@ struct TiffShape {
 
 /// Nothing for an image that cannot be decoded, or not within reason. Asks libtiff to give
 /// JPEG-compressed colours as RGB.
-std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileBytes);
+std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileBytes,
+                                   FrameChannels wanted);
 
 } // namespace quillmark

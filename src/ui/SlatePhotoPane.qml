@@ -38,6 +38,10 @@ ColumnLayout {
             anchors.fill: parent
             anchors.margins: 8
             source: root.slateImage
+
+            Accessible.role: Accessible.Graphic
+            Accessible.name: "Slate reference photo"
+            Accessible.ignored: photo.empty
         }
 
         Column {

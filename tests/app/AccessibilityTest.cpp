@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/AccessibleWindow.h"
+#include "app/TwoHalves.h"
+#include "support/ImageFiles.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -40,6 +43,20 @@ TEST_F(Accessibility, leavesOutWhatIsNotShown)
     showForm();
     EXPECT_TRUE(all(QStringLiteral("CHANGE"), QAccessible::Button).isEmpty());
     EXPECT_TRUE(all(QString(), QAccessible::StaticText).isEmpty());
+}
+
+TEST_F(Accessibility, knowsTheSlatePhotoAsAPictureWhileThereIsOne)
+{
+    const auto photos = [this] {
+        return all(QStringLiteral("Slate reference photo"), QAccessible::Graphic).size();
+    };
+    const test::TempDir folder;
+    test::writeJpeg(folder / "slate.jpg", test::twoHalves(60, 30));
+    setState(Session::ManualEntry{folder.path(), folder / "slate.jpg"});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return photos() == 1; }));
+    setState(Session::ManualEntry{folder.path(), folder.write("no.jpg", "no picture")});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return photos() == 0; }));
+    EXPECT_TRUE(one(QStringLiteral("NO SLATE PHOTO ATTACHED"), QAccessible::StaticText));
 }
 
 TEST_F(Accessibility, pressesButtons)

@@ -3,152 +3,223 @@
 
 #include "app/ReferencePhoto.h"
 #include "app/FileUrl.h"
-#include "app/PictureReader.h"
+#include "app/TwoHalves.h"
 #include "support/ImageFiles.h"
+#include "support/LargeTiff.h"
 #include "support/Printers.h"
 #include "support/TempDir.h"
 
-#include <QPainter>
+#include <QQuickWindow>
 #include <QTest>
+#include <QThreadPool>
+#include <QTimer>
 
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <random>
+#include <string>
 
 namespace quillmark {
 namespace {
 
-/// Red in its left half, blue in its right half.
-test::RasterImage twoHalves(int width, int height)
-{
-    test::RasterImage image{.width = width, .height = height};
-    for (int i = 0; i < width * height; ++i) {
-        const bool left = i % width < width / 2;
-        image.samples.insert(image.samples.end(), {static_cast<std::uint16_t>(left ? 65535 : 0), 0,
-                                                   static_cast<std::uint16_t>(left ? 0 : 65535)});
-    }
-    return image;
-}
-
-bool isRed(QColor color)
-{
-    return color.red() > 200 && color.blue() < 60;
-}
-bool isBlue(QColor color)
-{
-    return color.blue() > 200 && color.red() < 60;
-}
-
-class Picture : public ::testing::Test
+class Photo : public ::testing::Test
 {
 protected:
+    Photo()
+    {
+        m_window.resize(500, 400);
+        m_window.setColor(Qt::black);
+        m_window.show();
+        m_photo = new ReferencePhoto(m_window.contentItem());
+        QObject::connect(m_photo, &ReferencePhoto::pictureChanged, m_photo,
+                         [this] { ++m_changes; });
+    }
+
+    std::filesystem::path jpeg(int width, int height)
+    {
+        auto file = m_dir / (std::to_string(width) + ".jpg");
+        test::writeJpeg(file, test::twoHalves(width, height));
+        return file;
+    }
+    std::filesystem::path largeScan()
+    {
+        auto file = m_dir / "large.tif";
+        test::writeLargeTiff(file, 12000, 8400); // 100 megapixels
+        return file;
+    }
+    void show(const std::filesystem::path &file) { m_photo->setSource(fileUrlFromPath(file)); }
+    bool waitForPicture()
+    {
+        return QTest::qWaitFor([this] { return !m_photo->picture().isNull(); }, 30'000);
+    }
+    bool waitForWidth(double units)
+    {
+        return QTest::qWaitFor([&] { return m_photo->picture().width() == pixels(units); }, 30'000);
+    }
+    double ratio() const { return m_window.effectiveDevicePixelRatio(); }
+    /// A length in the pixels of the screen.
+    int pixels(double units) const { return qRound(units * ratio()); }
+    /// What is seen at a place of the window.
+    QColor seenAt(double x, double y)
+    {
+        return m_window.grabWindow().pixelColor(pixels(x), pixels(y));
+    }
+
     test::TempDir m_dir;
+    QQuickWindow m_window;
+    ReferencePhoto *m_photo = nullptr;
+    int m_changes = 0;
 };
 
-TEST_F(Picture, isReadInColourAndScaled)
+TEST_F(Photo, isReadAtTheSizeOfItsBox)
 {
-    const auto file = m_dir / "a.jpg";
-    test::writeJpeg(file, twoHalves(600, 300));
-    const QImage picture = readPicture(file, 200);
-    ASSERT_EQ(picture.size(), QSize(200, 100));
-    EXPECT_TRUE(isRed(picture.pixelColor(20, 50)));
-    EXPECT_TRUE(isBlue(picture.pixelColor(180, 50)));
+    m_photo->setSize({200, 300});
+    show(jpeg(1200, 600));
+    ASSERT_TRUE(waitForPicture());
+    EXPECT_EQ(m_photo->picture().size(), QSize(pixels(200), pixels(100)));
 }
 
-TEST_F(Picture, isNotEnlarged)
+TEST_F(Photo, waitsForItsBox)
 {
-    const auto file = m_dir / "a.jpg";
-    test::writeJpeg(file, twoHalves(60, 30));
-    EXPECT_EQ(readPicture(file, 200).size(), QSize(60, 30));
+    show(jpeg(1200, 600));
+    m_window.grabWindow();
+    EXPECT_FALSE(m_photo->isEmpty());
+    EXPECT_TRUE(m_photo->picture().isNull());
+    m_photo->setSize({200, 300});
+    ASSERT_TRUE(waitForPicture());
+    EXPECT_EQ(m_photo->picture().width(), pixels(200));
 }
 
-TEST_F(Picture, isTurnedUpright)
+TEST_F(Photo, isSeenInTheMiddleWithProportionsKept)
 {
-    const auto file = m_dir / "a.jpg";
-    test::writeJpeg(file, twoHalves(200, 100), {.orientation = 6});
-    const QImage picture = readPicture(file, 200);
-    ASSERT_EQ(picture.size(), QSize(100, 200));
-    EXPECT_TRUE(isRed(picture.pixelColor(50, 20)));
-    EXPECT_TRUE(isBlue(picture.pixelColor(50, 180)));
-}
-
-/// TIFF pictures go another way than JPEG pictures: both have to turn alike.
-class PictureOrientation : public ::testing::TestWithParam<int>
-{};
-
-TEST_P(PictureOrientation, isTheSameForTiffAndJpeg)
-{
-    const test::TempDir dir;
-    test::RasterImage image{.width = 64, .height = 32, .channels = 1};
-    for (int i = 0; i < image.width * image.height; ++i) {
-        // One quarter is dark: no two orientations look the same.
-        const bool dark = i % image.width < 32 && i / image.width < 16;
-        image.samples.push_back(dark ? 0 : 65535);
+    for (const int width : {100, 1000}) { // smaller and larger than the box
+        m_photo->setPosition({20, 30});
+        m_photo->setSize({200, 300});
+        show(jpeg(width, width / 2));
+        ASSERT_TRUE(waitForPicture());
+        EXPECT_EQ(seenAt(120, 127), QColor(Qt::black)) << width;
+        EXPECT_TRUE(test::isRed(seenAt(22, 133))) << width;
+        EXPECT_TRUE(test::isRed(seenAt(22, 227))) << width;
+        EXPECT_TRUE(test::isBlue(seenAt(217, 133))) << width;
+        EXPECT_TRUE(test::isBlue(seenAt(217, 227))) << width;
+        EXPECT_EQ(seenAt(120, 233), QColor(Qt::black)) << width;
+        EXPECT_EQ(seenAt(222, 180), QColor(Qt::black)) << width;
     }
-    test::writeJpeg(dir / "a.jpg", image, {.orientation = GetParam()});
-    test::writeTiff(dir / "a.tif", image, {.orientation = GetParam()});
-    const QImage jpeg = readPicture(dir / "a.jpg", 64);
-    const QImage tiff = readPicture(dir / "a.tif", 64);
-    ASSERT_EQ(tiff.size(), jpeg.size());
-    for (const double x : {0.25, 0.75}) {
-        for (const double y : {0.25, 0.75}) {
-            const QPoint point(static_cast<int>(x * tiff.width()),
-                               static_cast<int>(y * tiff.height()));
-            EXPECT_EQ(tiff.pixelColor(point).lightness() > 128,
-                      jpeg.pixelColor(point).lightness() > 128)
-                << x << " " << y;
+}
+
+TEST_F(Photo, isSeenPixelByPixel)
+{
+    test::RasterImage image{.width = 1200, .height = 900};
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> any(0, 65535);
+    for (int i = 0; i < 3 * image.width * image.height; ++i) {
+        image.samples.push_back(static_cast<std::uint16_t>(any(random)));
+    }
+    test::writeTiff(m_dir / "a.tif", image);
+    for (const double x : {0.0, 7.0, 11.3}) {
+        m_photo->setPosition({x, 3});
+        m_photo->setSize({201, 171});
+        show(m_dir / "a.tif");
+        ASSERT_TRUE(waitForPicture());
+        const QImage seen = m_window.grabWindow().convertToFormat(QImage::Format_RGB32);
+        // Somewhere within a pixel of where the middle is.
+        const QSize size = m_photo->picture().size();
+        const QPoint expected(pixels(x + (201 - size.width() / ratio()) / 2),
+                              pixels(3 + (171 - size.height() / ratio()) / 2));
+        bool found = false;
+        for (int dx = -1; dx <= 1; ++dx) {
+            for (int dy = -1; dy <= 1; ++dy) {
+                QImage part = seen.copy(QRect(expected + QPoint(dx, dy), size));
+                part.setDevicePixelRatio(1);
+                found = found || part == m_photo->picture();
+            }
         }
+        EXPECT_TRUE(found) << x;
+        m_photo->setSource(QUrl());
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PictureOrientation, ::testing::Range(1, 9));
-
-TEST_F(Picture, hasANameThatIsNotUtf8)
+TEST_F(Photo, isReadAgainForALargerBox)
 {
-    const auto file = m_dir / "caf\xe9.jpg";
-    test::writeJpeg(file, twoHalves(60, 30));
-    EXPECT_FALSE(readPicture(file, 200).isNull());
+    m_photo->setSize({100, 100});
+    show(jpeg(1200, 600));
+    ASSERT_TRUE(waitForPicture());
+    bool lost = false;
+    QObject::connect(m_photo, &ReferencePhoto::pictureChanged, m_photo,
+                     [&] { lost = lost || m_photo->picture().isNull(); });
+    m_photo->setSize({300, 300});
+    EXPECT_TRUE(test::isRed(seenAt(5, 80))); // meanwhile, the one at hand
+    EXPECT_TRUE(waitForWidth(300));
+    EXPECT_FALSE(lost);
+    EXPECT_EQ(m_changes, 3); // none, small, large
+    m_photo->setSize({80, 80});
+    EXPECT_TRUE(waitForWidth(80)); // many times smaller: pixels would be passed over
 }
 
-TEST_F(Picture, isMissingWhereTheFileIsNone)
+TEST_F(Photo, isReadOnceForABoxThatGrowsInSteps)
 {
-    EXPECT_TRUE(readPicture(m_dir.write("a.jpg", "no picture"), 200).isNull());
-    EXPECT_TRUE(readPicture(m_dir.write("b.jpg", "\xff\xd8\xff\xe0 torn"), 200).isNull());
-    EXPECT_TRUE(readPicture(m_dir / "absent.jpg", 200).isNull());
-    EXPECT_TRUE(readPicture(m_dir.path(), 200).isNull());
+    m_photo->setSize({100, 100});
+    show(jpeg(1200, 600));
+    ASSERT_TRUE(waitForPicture());
+    for (int side = 110; side <= 300; side += 10) {
+        m_photo->setSize({side * 1.0, side * 1.0});
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(waitForWidth(300));
+    EXPECT_LT(m_changes, 10); // 4, but a slow machine may take a rest in between
 }
 
-TEST_F(Picture, fillsItsItemWithProportionsKept)
+TEST_F(Photo, givesWayToTheNextOne)
 {
-    const auto file = m_dir / "a.jpg";
-    test::writeJpeg(file, twoHalves(100, 50));
-    ReferencePhoto photo;
-    photo.setSize({200, 300});
-    EXPECT_TRUE(photo.isEmpty());
-    photo.setSource(fileUrlFromPath(file));
-    EXPECT_FALSE(photo.isEmpty());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !photo.picture().isNull(); }));
-
-    QImage canvas(200, 300, QImage::Format_RGB32);
-    canvas.fill(Qt::black);
-    QPainter painter(&canvas);
-    photo.paint(&painter);
-    EXPECT_EQ(canvas.pixelColor(100, 99), QColor(Qt::black));
-    EXPECT_TRUE(isRed(canvas.pixelColor(2, 102)));
-    EXPECT_TRUE(isBlue(canvas.pixelColor(197, 197)));
-    EXPECT_EQ(canvas.pixelColor(100, 201), QColor(Qt::black));
+    m_photo->setSize({200, 200});
+    show(jpeg(100, 50));
+    show(m_dir.write("b.jpg", "no picture"));
+    EXPECT_FALSE(m_photo->isEmpty());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_photo->isEmpty(); }));
+    show(jpeg(100, 50));
+    ASSERT_TRUE(waitForPicture());
+    m_photo->setSource(QUrl());
+    EXPECT_TRUE(m_photo->isEmpty());
+    EXPECT_EQ(seenAt(50, 100), QColor(Qt::black));
 }
 
-TEST_F(Picture, givesWayToTheNextOne)
+TEST_F(Photo, dropsAPictureThatCameTooLate)
 {
-    const auto file = m_dir / "a.jpg";
-    test::writeJpeg(file, twoHalves(100, 50));
-    ReferencePhoto photo;
-    photo.setSource(fileUrlFromPath(file));
-    photo.setSource(fileUrlFromPath(m_dir.write("b.jpg", "no picture")));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return photo.isEmpty(); }));
-    photo.setSource(fileUrlFromPath(file));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !photo.picture().isNull(); }));
-    photo.setSource(QUrl());
-    EXPECT_TRUE(photo.isEmpty());
+    m_photo->setSize({300, 300});
+    show(largeScan());
+    m_window.grabWindow(); // reading begins
+    show(jpeg(90, 30));
+    ASSERT_TRUE(waitForPicture());
+    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(30'000));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_photo->picture().size(), QSize(90, 30));
+}
+
+TEST_F(Photo, leavesTheMainThreadFreeWhileALargeScanIsRead)
+{
+    int turns = 0;
+    QTimer ticking;
+    QObject::connect(&ticking, &QTimer::timeout, m_photo,
+                     [&] { turns += m_photo->picture().isNull() ? 1 : 0; });
+    ticking.start(std::chrono::milliseconds(1));
+    m_photo->setSize({300, 300});
+    show(largeScan());
+    ASSERT_TRUE(waitForPicture());
+    EXPECT_EQ(m_photo->picture().size(), QSize(pixels(300), pixels(210)));
+    EXPECT_GE(turns, 10);
+}
+
+TEST_F(Photo, mayGoWhileItIsRead)
+{
+    m_photo->setSize({300, 300});
+    show(largeScan());
+    m_window.grabWindow();
+    delete m_photo;
+    EXPECT_TRUE(QThreadPool::globalInstance()->waitForDone(30'000));
+    QCoreApplication::processEvents();
 }
 
 } // namespace

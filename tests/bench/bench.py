@@ -68,6 +68,17 @@ class Bench:
             self.add(f"peak memory of a scan, {megapixels} MP {form}", f"{got['peak_mb']:.0f} MB",
                      f"{megapixels} MB", got["peak_mb"], 80 + 1.5 * megapixels, "MB")
 
+    def picture(self):
+        """The peak of a picture for looking at against the three bytes of its pixels."""
+        side = 1000
+        for form in ("jpeg", "tiff16"):
+            with tempfile.TemporaryDirectory() as folder:
+                [frame] = self.roll(folder, 1, 100, form)
+                got = self.tool("bench-picture", frame, side)
+            pixels = 3 * side * side * 2 / 3 / 1e6
+            self.add(f"peak memory of a picture, 100 MP {form}", f"{got['peak_mb']:.0f} MB",
+                     f"{pixels:.0f} MB", got["peak_mb"], 32, "MB")
+
     def run(self):
         """A whole run without backups against the bare exiftool."""
         with tempfile.TemporaryDirectory() as folder:
@@ -124,8 +135,10 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     bench = Bench(sys.argv[1])
-    figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start,
-               "screens": lambda: window.screens(bench), "response": lambda: window.response(bench)}
+    figures = {"frame": bench.frame, "memory": bench.memory, "picture": bench.picture,
+               "run": bench.run, "start": bench.start,
+               "screens": lambda: window.screens(bench),
+               "response": lambda: window.response(bench)}
     for name in sys.argv[2:] or figures:
         figures[name]()
     bench.finish()

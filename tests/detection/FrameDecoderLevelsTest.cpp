@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -16,15 +15,6 @@
 
 namespace quillmark::test {
 namespace {
-
-/// The picture within a part of the range, both ends given as shares of it.
-RasterImage squeezed(RasterImage image, double black, double white)
-{
-    for (std::uint16_t &sample : image.samples) {
-        sample = static_cast<std::uint16_t>(std::lround(65535 * black + sample * (white - black)));
-    }
-    return image;
-}
 
 struct LevelsCase {
     std::string name;

@@ -49,6 +49,14 @@ RasterImage greyPicture()
     return image;
 }
 
+RasterImage squeezed(RasterImage image, double black, double white)
+{
+    for (std::uint16_t &value : image.samples) {
+        value = static_cast<std::uint16_t>(std::lround(65535 * black + value * (white - black)));
+    }
+    return image;
+}
+
 LumaImage expectedLuma(const RasterImage &image, int bits)
 {
     LumaImage luma{image.width, image.height, {}};

@@ -13,6 +13,9 @@ namespace quillmark::test {
 RasterImage colourPicture();
 RasterImage greyPicture();
 
+/// The picture within a part of the range, both ends given as shares of it.
+RasterImage squeezed(RasterImage image, double black, double white);
+
 /// What a file of the picture in the given bit depth, with no other loss, decodes to.
 LumaImage expectedLuma(const RasterImage &image, int bits = 8);
 

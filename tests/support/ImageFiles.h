@@ -57,11 +57,21 @@ enum class TiffPredictor { none = 1, horizontal = 2, floatingPoint = 3 };
 
 /// What the samples of a TIFF file stand for. `automatic` is minIsBlack for one channel
 /// and rgb for three. From an RGB picture, minIsBlack, minIsWhite and palette take the
-/// first channel; `lab` stores the lightness and only a rough chroma.
-enum class TiffPhotometric { automatic, minIsBlack, minIsWhite, palette, rgb, cmyk, lab, yCbCr };
+/// first channel.
+enum class TiffPhotometric {
+    automatic,
+    minIsBlack,
+    minIsWhite,
+    palette,
+    rgb,
+    cmyk,
+    lab,
+    iccLab,
+    yCbCr
+};
 
 struct TiffOptions {
-    int bits = 8; ///< 1, 2, 4, 8, 16 or 32 a sample
+    int bits = 8; ///< 1 to 15, 16 or 32 a sample
     TiffCompression compression = TiffCompression::none;
     TiffPredictor predictor = TiffPredictor::none;
     TiffPhotometric photometric = TiffPhotometric::automatic;
@@ -79,6 +89,7 @@ struct TiffOptions {
     std::optional<float> floatStray = {}; ///< stands in the place of every 50th sample
     bool reversedBits = false;            ///< of each byte of the pixels, which FillOrder 2 says
     bool directoryFirst = false;          ///< before the pixels; of several pages, writes one
+    bool colouredPalette = false;         ///< else it runs from white to black
     int chromaSubsampling = 1;            ///< for yCbCr without compression: 1 or 2, both ways
 };
 

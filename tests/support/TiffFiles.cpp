@@ -31,6 +31,8 @@ int photometricTag(TiffPhotometric photometric)
         return PHOTOMETRIC_SEPARATED;
     case TiffPhotometric::lab:
         return PHOTOMETRIC_CIELAB;
+    case TiffPhotometric::iccLab:
+        return PHOTOMETRIC_ICCLAB;
     case TiffPhotometric::yCbCr:
         return PHOTOMETRIC_YCBCR;
     }
@@ -56,15 +58,18 @@ int compressionTag(TiffCompression compression)
     throw std::logic_error("no such compression");
 }
 
-void setPalette(TIFF *tiff, int bits)
+/// From white to black, or from yellow to blue.
+void setPalette(TIFF *tiff, int bits, bool coloured)
 {
     const int count = 1 << bits;
-    std::vector<std::uint16_t> grey(static_cast<std::size_t>(count));
+    std::vector<std::uint16_t> falling(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
-        grey[static_cast<std::size_t>(i)] =
+        falling[static_cast<std::size_t>(i)] =
             static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1));
     }
-    TIFFSetField(tiff, TIFFTAG_COLORMAP, grey.data(), grey.data(), grey.data());
+    const std::vector<std::uint16_t> rising(falling.rbegin(), falling.rend());
+    TIFFSetField(tiff, TIFFTAG_COLORMAP, falling.data(), falling.data(),
+                 coloured ? rising.data() : falling.data());
 }
 
 int subsampling(const TiffOptions &options)
@@ -109,7 +114,7 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, options.extraChannels, kinds.data());
     }
     if (photometric == TiffPhotometric::palette) {
-        setPalette(tiff, options.bits);
+        setPalette(tiff, options.bits, options.colouredPalette);
     }
     if (photometric == TiffPhotometric::yCbCr) {
         if (options.compression == TiffCompression::jpeg) {

@@ -17,23 +17,30 @@ std::uint16_t sixteenBits(double share)
     return static_cast<std::uint16_t>(std::lround(std::clamp(share, 0.0, 1.0) * 65535));
 }
 
-/// Lightness L* of CIE 1976 from sRGB (IEC 61966-2-1), and a chroma that is only meant to
-/// be no constant.
-TiffPixel labPixel(double red, double green, double blue, int bits)
+/// CIE L*a*b* (CIE 15) under D50 from sRGB (IEC 61966-2-1), whose matrix is adapted by
+/// Bradford's method; as CIELAB or ICCLAB of TIFF have it.
+TiffPixel labPixel(double red, double green, double blue, const TiffOptions &options)
 {
     const auto linear = [](double value) {
         return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
     };
-    const double luminance = 0.2126 * linear(red) + 0.7152 * linear(green) + 0.0722 * linear(blue);
-    const double lightness =
-        luminance > 216.0 / 24389 ? 1.16 * std::cbrt(luminance) - 0.16 : luminance * 24389 / 2700;
-    // a* and b* are signed numbers; bits are kept in the upper part of the sample.
-    const auto chroma = [bits](double value) {
-        const auto number = static_cast<std::int16_t>(std::lround(value * 32000));
-        const auto pattern = static_cast<std::uint16_t>(number);
-        return bits == 8 ? static_cast<std::uint16_t>((pattern >> 8U) * 257U) : pattern;
+    const double r = linear(red);
+    const double g = linear(green);
+    const double b = linear(blue);
+    const auto root = [](double share) {
+        return share > 216.0 / 24389 ? std::cbrt(share) : (share * 24389 / 27 + 16) / 116;
     };
-    return {sixteenBits(lightness), chroma((red - green) / 2), chroma((green - blue) / 2)};
+    const double x = root((0.4360747 * r + 0.3850649 * g + 0.1430804 * b) / 0.96422);
+    const double y = root(0.2225045 * r + 0.7168786 * g + 0.0606169 * b);
+    const double z = root((0.0139322 * r + 0.0971045 * g + 0.7141733 * b) / 0.82521);
+    const auto chroma = [&options](double value) {
+        const int middle = options.photometric == TiffPhotometric::iccLab ? 128 : 0;
+        if (options.bits == 8) {
+            return static_cast<std::uint16_t>(((std::lround(value) + middle) & 0xFF) * 257);
+        }
+        return static_cast<std::uint16_t>(std::lround((value + middle) * 256));
+    };
+    return {sixteenBits(1.16 * y - 0.16), chroma(500 * (x - y)), chroma(200 * (y - z))};
 }
 
 TiffPixel inkPixel(double red, double green, double blue)
@@ -69,7 +76,8 @@ TiffPixel colourPixel(const RasterImage &image, const TiffOptions &options, int 
     case TiffPhotometric::cmyk:
         return inkPixel(share(0), share(1), share(2));
     case TiffPhotometric::lab:
-        return labPixel(share(0), share(1), share(2), options.bits);
+    case TiffPhotometric::iccLab:
+        return labPixel(share(0), share(1), share(2), options);
     case TiffPhotometric::yCbCr:
         if (options.compression == TiffCompression::jpeg) {
             break; // the library converts
@@ -128,12 +136,14 @@ private:
     {
         const int most = (1 << m_options.bits) - 1;
         const int value = (sample * most + 32767) / 65535;
-        if (m_bitsUsed == 0) {
-            m_bytes.push_back(0);
+        for (int bit = m_options.bits - 1; bit >= 0; --bit) {
+            if (m_bitsUsed == 0) {
+                m_bytes.push_back(0);
+            }
+            m_bytes.back() =
+                static_cast<std::uint8_t>(m_bytes.back() | (value >> bit & 1) << (7 - m_bitsUsed));
+            m_bitsUsed = (m_bitsUsed + 1) % 8;
         }
-        m_bitsUsed += m_options.bits;
-        m_bytes.back() = static_cast<std::uint8_t>(m_bytes.back() | value << (8 - m_bitsUsed));
-        m_bitsUsed %= 8;
     }
 
     const TiffOptions &m_options;
