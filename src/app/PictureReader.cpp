@@ -18,10 +18,10 @@ namespace quillmark {
 namespace {
 
 /// With the decoder for scans, which reads JPEG and TIFF.
-QImage readScan(const std::filesystem::path &file, QSize largest)
+QImage readScan(const std::filesystem::path &file, QSize largest, const std::stop_token &stop)
 {
     try {
-        const PictureImage picture = decodePicture(file, {largest.width(), largest.height()});
+        const PictureImage picture = decodePicture(file, {largest.width(), largest.height()}, stop);
         const QImage borrowed(picture.pixels.data(), picture.width, picture.height,
                               3 * qsizetype{picture.width}, QImage::Format_RGB888);
         // As it is painted fastest.
@@ -65,10 +65,10 @@ QImage readWithQt(const std::filesystem::path &file, QSize largest)
 
 } // namespace
 
-QImage readPicture(const std::filesystem::path &file, QSize largest)
+QImage readPicture(const std::filesystem::path &file, QSize largest, const std::stop_token &stop)
 {
-    const QImage picture = readScan(file, largest);
-    return picture.isNull() ? readWithQt(file, largest) : picture;
+    const QImage picture = readScan(file, largest, stop);
+    return picture.isNull() && !stop.stop_requested() ? readWithQt(file, largest) : picture;
 }
 
 } // namespace quillmark

@@ -7,7 +7,6 @@
 #include "app/PictureReader.h"
 #include "base/Background.h"
 
-#include <QPointer>
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QTimerEvent>
@@ -34,13 +33,19 @@ ReferencePhoto::ReferencePhoto(QQuickItem *parent) : QQuickItem(parent)
     setFlag(ItemHasContents);
 }
 
+ReferencePhoto::~ReferencePhoto()
+{
+    m_stop.request_stop();
+}
+
 void ReferencePhoto::setSource(const QUrl &source)
 {
     if (m_source == source) {
         return;
     }
     m_source = source;
-    ++m_sourceNumber;
+    m_stop.request_stop();
+    m_stop = std::stop_source();
     m_file = pathFromFileUrl(source);
     m_awaited = m_file.has_value();
     m_reading = false;
@@ -117,17 +122,16 @@ void ReferencePhoto::updatePolish()
 
 QCoro::Task<> ReferencePhoto::read(std::filesystem::path file, QSize largest)
 {
-    const QPointer<ReferencePhoto> alive(this);
-    const int number = m_sourceNumber;
+    const std::stop_token stop = m_stop.get_token();
     m_reading = true;
     QImage picture;
     try {
-        picture = co_await runInBackground(&readPicture, std::move(file), largest);
+        picture = co_await runInBackground(&readPicture, std::move(file), largest, stop);
     } catch (...) { // NOLINT(bugprone-empty-catch)
         // A picture that cannot be read, for whatever reason, is none.
     }
     // Meanwhile the item may have gone, or been given another file.
-    if (!alive || m_sourceNumber != number) {
+    if (stop.stop_requested()) {
         co_return;
     }
     m_reading = false;

@@ -12,6 +12,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 
 namespace quillmark {
 
@@ -28,6 +29,7 @@ class ReferencePhoto : public QQuickItem
 
 public:
     explicit ReferencePhoto(QQuickItem *parent = nullptr);
+    ~ReferencePhoto() override;
 
     QUrl source() const { return m_source; }
     void setSource(const QUrl &source);
@@ -65,7 +67,7 @@ private:
     bool m_reading = false;  ///< the source, be it for the first time or again
     bool m_whole = false;    ///< the file has no more pixels than m_picture
     bool m_repaint = false;  ///< m_picture is not yet in the scene
-    int m_sourceNumber = 0;  ///< how many sources there were
+    std::stop_source m_stop; ///< of the source; another one for the next
     QBasicTimer m_sizeTimer; ///< runs for a moment after a change of size
 };
 

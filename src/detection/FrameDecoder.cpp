@@ -48,7 +48,7 @@ std::optional<DecodedFrame> decodeTiff(const FrameFile &file)
 
 DecodedFrame decodeFrame(const std::filesystem::path &file)
 {
-    return decodeByFormat(file, decodeJpeg, decodeTiff);
+    return decodeByFormat(file, {}, decodeJpeg, decodeTiff);
 }
 
 } // namespace quillmark

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <new>
 #include <optional>
+#include <stop_token>
 #include <type_traits>
 #include <utility>
 
@@ -22,20 +23,22 @@ namespace quillmark {
 
 /// Calls `fromJpeg` or `fromTiff` with the opened file, whichever its content asks for, and
 /// gives what that gives. Throws SlateDetectionError (imageDecodeFailed) where the file is
-/// neither, where the result is nothing, or where memory does not suffice.
+/// neither, where the result is nothing, where memory does not suffice, or where a stop was
+/// asked for.
 template <typename FromJpeg, typename FromTiff>
-auto decodeByFormat(const std::filesystem::path &path, const FromJpeg &fromJpeg,
-                    const FromTiff &fromTiff)
+auto decodeByFormat(const std::filesystem::path &path, const std::stop_token &stop,
+                    const FromJpeg &fromJpeg, const FromTiff &fromTiff)
 {
     try {
-        if (const std::optional<FrameFile> file = FrameFile::open(path)) {
+        if (std::optional<FrameFile> file = FrameFile::open(path)) {
+            file->endAt(stop);
             std::invoke_result_t<FromJpeg, const FrameFile &> result;
             if (const FrameFormat format = file->format(); format == FrameFormat::jpeg) {
                 result = fromJpeg(*file);
             } else if (format == FrameFormat::tiff) {
                 result = fromTiff(*file);
             }
-            if (result) {
+            if (result && !stop.stop_requested()) {
                 return std::move(*result);
             }
         }

@@ -35,7 +35,7 @@ std::optional<FrameFile> FrameFile::open(const std::filesystem::path &file)
 std::size_t FrameFile::readAt(std::uint64_t offset, void *out, std::size_t count) const
 {
     std::size_t done = 0;
-    while (done < count) {
+    while (done < count && !m_stop.stop_requested()) {
         const std::uint64_t position = offset + done;
         if (position > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
             break;

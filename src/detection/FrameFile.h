@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 #include <utility>
 
 namespace quillmark {
@@ -34,11 +35,16 @@ public:
 
     FrameFormat format() const;
 
+    /// Has the file end for every read from the moment on at which a stop is asked for, so
+    /// that whoever decodes it comes to an end soon.
+    void endAt(std::stop_token stop) { m_stop = std::move(stop); }
+
 private:
     FrameFile(UniqueFd fd, std::uint64_t size) : m_fd(std::move(fd)), m_size(size) {}
 
     UniqueFd m_fd;
     std::uint64_t m_size;
+    std::stop_token m_stop;
 };
 
 } // namespace quillmark

@@ -37,9 +37,9 @@ public:
     /// Decodes the rows, at full size, as far as they go. False where there was not one.
     bool readLuma(LumaRows &out);
 
-    /// Has the rows that readColours() gives come smaller, by 2, 4 or 8, where they do not
-    /// fall below the given size by that, and gives the size in which they come. Nothing
-    /// of the picture costs more than its entropy code then. A size of 0 is a failure.
+    /// Has readColours() give the rows smaller, by 2, 4 or 8, as far as they do not fall below
+    /// the given size by that: the faster, the smaller. Gives the size in which they come; 0
+    /// by 0 where there is none. To be called before readColours().
     PictureSize reduceTo(PictureSize smallest);
 
     /// Decodes the rows in colour, at the size that reduceTo() gave. False where there was

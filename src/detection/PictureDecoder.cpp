@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <utility>
 #include <vector>
 
@@ -68,10 +69,11 @@ std::optional<PictureImage> readTiff(const FrameFile &file, PictureSize largest,
 
 } // namespace
 
-PictureImage decodePicture(const std::filesystem::path &file, PictureSize largest)
+PictureImage decodePicture(const std::filesystem::path &file, PictureSize largest,
+                           const std::stop_token &stop)
 {
     return decodeByFormat(
-        file,
+        file, stop,
         [&](const FrameFile &jpeg) {
             return decodeScans(jpeg, [&](JpegFrame &frame) { return readJpeg(frame, largest); });
         },

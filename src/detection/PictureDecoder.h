@@ -6,6 +6,7 @@
 #include "detection/PictureImage.h"
 
 #include <filesystem>
+#include <stop_token>
 
 namespace quillmark {
 
@@ -21,9 +22,12 @@ namespace quillmark {
 /// Colours are taken as they are stored: profiles, white points and transfer curves are not
 /// applied, linear scans stay linear. Inks are simply multiplied, and L*a*b* becomes sRGB.
 ///
-/// Throws SlateDetectionError (imageDecodeFailed) as decodeFrame() does. Blocks; any thread
+/// Throws SlateDetectionError (imageDecodeFailed) as decodeFrame() does, and soon after a stop
+/// was asked for. Blocks; any thread
 /// but the main one; holds the small picture, and some rows of the large one or what its
-/// format needs to be decoded at all (a tile, the coefficients of a JPEG of several scans).
-PictureImage decodePicture(const std::filesystem::path &file, PictureSize largest);
+/// format needs to be decoded at all (a tile, a compressed strip, the coefficients of a JPEG of
+/// several scans).
+PictureImage decodePicture(const std::filesystem::path &file, PictureSize largest,
+                           const std::stop_token &stop = {});
 
 } // namespace quillmark

@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-// What a pixel becomes: the two ways in which SampleConverter writes it. Numbers stay in the
-// range of their type, which is 0 to 1 only where the type says so.
+// What a pixel becomes: the two ways in which SampleConverter writes it. Whole numbers use the
+// full range of their type; floating-point ones are taken as they are.
 
 /// One channel: 0.299 R + 0.587 G + 0.114 B (ITU-R BT.601-7, section 2.5.1; for JPEG files
 /// ITU-T T.871), of the stored values: no transfer curve is undone.

@@ -14,8 +14,11 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace quillmark::test {
@@ -185,6 +188,39 @@ TEST(PictureDecoder, refusesHugePicturesAtNoCost)
         EXPECT_TRUE(isRefused(folder.write("huge.tif", bytes)));
     }
     EXPECT_LT(peakMegabytes() - before, 50);
+}
+
+TEST(PictureDecoder, givesUpWhenAskedToStop)
+{
+    const TempDir folder;
+    writeJpeg(folder / "a", colourPicture());
+    writeTiff(folder / "b", colourPicture());
+    std::stop_source stop;
+    for (const char *name : {"a", "b"}) {
+        EXPECT_EQ(decodePicture(folder / name, anySize, stop.get_token()).width, 181);
+    }
+    stop.request_stop();
+    for (const char *name : {"a", "b"}) {
+        EXPECT_THROW(decodePicture(folder / name, anySize, stop.get_token()), SlateDetectionError);
+    }
+}
+
+TEST(PictureDecoder, endsSoonAfterAStop)
+{
+    const TempDir folder;
+    writeLargeTiff(folder / "large.tif", 30000, 20000); // seconds, all in all
+    std::stop_source stop;
+    const auto begin = std::chrono::steady_clock::now();
+    auto ended = begin;
+    {
+        const std::jthread reading([&] {
+            EXPECT_THROW(decodePicture(folder / "large.tif", {1000, 1000}, stop.get_token()),
+                         SlateDetectionError);
+            ended = std::chrono::steady_clock::now();
+        });
+        stop.request_stop();
+    }
+    EXPECT_LT(ended - begin, std::chrono::milliseconds(500));
 }
 
 TEST(PictureDecoder, holdsALargeScanInLittleMemory)
