@@ -3,12 +3,14 @@
 
 // Saves a picture of every screen. Needs no display; QT_SCALE_FACTOR sets the density.
 
+#include "app/ManualEntryForm.h"
 #include "app/ReferencePhoto.h"
 #include "app/SessionBridge.h"
 #include "manual/LastUsedPayloadStore.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QCursor>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -16,6 +18,7 @@
 #include <QImage>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QtQml/qqmlextensionplugin.h>
@@ -24,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,6 +54,7 @@ struct Options {
 struct Shot {
     QString name;
     Session::State state;
+    std::function<void(QQuickWindow &)> prepare; ///< what is opened on the screen; may be none
 };
 
 SlatePayload samplePayload()
@@ -75,6 +80,38 @@ SlatePayload samplePayload()
     return payload;
 }
 
+QQuickItem *itemWith(const QQuickWindow &window, const char *property, const QVariant &value)
+{
+    const QList<QQuickItem *> items = window.findChildren<QQuickItem *>();
+    const auto found = std::find_if(items.begin(), items.end(), [&](const QQuickItem *item) {
+        const QVariant own = item->property(property);
+        return own.isValid() && own == value;
+    });
+    return found == items.end() ? nullptr : *found;
+}
+
+void openMenu(QQuickWindow &window)
+{
+    QMetaObject::invokeMethod(itemWith(window, "file", QStringLiteral("WindowMenu.qml")), "open");
+}
+
+void openAbout(QQuickWindow &window)
+{
+    QMetaObject::invokeMethod(itemWith(window, "file", QStringLiteral("WindowMenu.qml")), "close");
+    QMetaObject::invokeMethod(itemWith(window, "file", QStringLiteral("AboutDialog.qml")), "open");
+}
+
+void openCalendar(QQuickWindow &window)
+{
+    auto *form = window.findChild<ManualEntryForm *>();
+    form->setProperty("includeDate", true);
+    form->setDateText(QStringLiteral("2026-05-01"));
+    QQuickItem *picker = itemWith(window, "opened", false);
+    QMetaObject::invokeMethod(picker, "takeFocus"); // which scrolls to it
+    QCoreApplication::processEvents();
+    QMetaObject::invokeMethod(picker, "open");
+}
+
 /// Every screen, for a roll in a folder of this name.
 std::vector<Shot> shots(const std::string &folderName, const SlatePayload &payload,
                         const QString &error, const std::filesystem::path &frame)
@@ -88,15 +125,18 @@ std::vector<Shot> shots(const std::string &folderName, const SlatePayload &paylo
     const std::optional<std::filesystem::path> slate =
         frame.empty() ? std::nullopt : std::optional(frame);
     return {
-        {QStringLiteral("idle"), Session::Idle{}},
-        {QStringLiteral("scanning"), Session::Scanning{folder}},
-        {QStringLiteral("plan"), Session::Ready{plan}},
-        {QStringLiteral("slate-not-found"), Session::DetectionFailed{folder, 36}},
-        {QStringLiteral("manual-entry-empty"), Session::ManualEntry{folder, std::nullopt}},
-        {QStringLiteral("manual-entry"), Session::ManualEntry{folder, slate}},
-        {QStringLiteral("writing"), Session::Writing{plan}},
-        {QStringLiteral("done"), Session::Done{outcome}},
-        {QStringLiteral("error"), Session::Error{error}},
+        {QStringLiteral("idle"), Session::Idle{}, {}},
+        {QStringLiteral("scanning"), Session::Scanning{folder}, {}},
+        {QStringLiteral("plan"), Session::Ready{plan}, {}},
+        {QStringLiteral("slate-not-found"), Session::DetectionFailed{folder, 36}, {}},
+        {QStringLiteral("manual-entry-empty"), Session::ManualEntry{folder, std::nullopt}, {}},
+        {QStringLiteral("manual-entry"), Session::ManualEntry{folder, slate}, {}},
+        {QStringLiteral("calendar"), Session::ManualEntry{folder, slate}, &openCalendar},
+        {QStringLiteral("writing"), Session::Writing{plan}, {}},
+        {QStringLiteral("done"), Session::Done{outcome}, {}},
+        {QStringLiteral("error"), Session::Error{error}, {}},
+        {QStringLiteral("menu"), Session::Idle{}, &openMenu},
+        {QStringLiteral("about"), Session::Idle{}, &openAbout},
     };
 }
 
@@ -118,10 +158,8 @@ std::vector<Shot> overlongShots(const std::filesystem::path &frame)
 
 bool isWaiting(const QQuickWindow &window)
 {
-    const QList<ReferencePhoto *> photos = window.findChildren<ReferencePhoto *>();
-    return std::any_of(photos.begin(), photos.end(), [](const ReferencePhoto *photo) {
-        return !photo->isEmpty() && photo->picture().isNull();
-    });
+    const auto *photo = window.findChild<ReferencePhoto *>();
+    return photo != nullptr && !photo->isEmpty() && photo->picture().isNull();
 }
 
 /// Returns once the picture beside the form is there, or none is to come.
@@ -139,8 +177,13 @@ bool save(QQuickWindow &window, const Shot &shot, const Options &options)
     Session &session = window.findChild<SessionBridge *>()->viewModel();
     session.setState(Session::Idle{}); // so that each screen is a new one
     session.setState(shot.state);
-    QCoreApplication::processEvents(); // layouts happen there
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the screens before
+    QCoreApplication::processEvents();                                   // layouts happen there
     waitForPicture(window);
+    if (shot.prepare) {
+        shot.prepare(window);
+        QCoreApplication::processEvents();
+    }
     const QString file =
         options.folder.filePath(shot.name + options.suffix + QStringLiteral(".png"));
     const bool saved = window.grabWindow().save(file);
@@ -184,11 +227,14 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
+    QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     const std::optional<Options> options = parseOptions();
     if (!options || !options->folder.mkpath(QStringLiteral("."))) {
         std::fprintf(stderr, "screenshots: give one folder that can be made\n");
         return EXIT_FAILURE;
     }
+
+    QCursor::setPos(10'000, 10'000); // over nothing
 
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
