@@ -38,7 +38,7 @@ protected:
 private:
     Look m_look;
     QSGRectangleNode *m_fill;
-    std::array<QSGRectangleNode *, 4> m_lines;
+    std::array<QSGRectangleNode *, 4> m_lines{};
 };
 
 } // namespace quillmark

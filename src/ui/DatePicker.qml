@@ -57,6 +57,10 @@ TextEntry {
         text: "Choose a date"
         onClicked: root.open()
 
+        // Not the field's.
+        HoverHandler {
+            cursorShape: Qt.ArrowCursor
+        }
         CalendarGlyph {
             anchors.centerIn: parent
             ink: button.ink

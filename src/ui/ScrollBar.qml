@@ -20,6 +20,7 @@ Item {
 
     width: 10
     visible: root.flickable.contentHeight > root.flickable.height
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
 
     Accessible.role: Accessible.ScrollBar
     Accessible.ignored: !root.visible
@@ -41,13 +42,16 @@ Item {
         y: root.flickable.visibleArea.yPosition * root.height
         width: 4
         height: Math.max(24, root.flickable.visibleArea.heightRatio * root.height)
-        color: drag.active ? Theme.color.primary
+        color: press.active || drag.active ? Theme.color.primary
                : hover.hovered ? Theme.color.onSurface
                : Theme.color.onSurfaceVariant
     }
 
     HoverHandler {
         id: hover
+    }
+    PointHandler {
+        id: press
     }
 
     DragHandler {

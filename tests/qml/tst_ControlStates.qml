@@ -231,6 +231,38 @@ ScreenTest {
         verify(!shown(), "elsewhere");
     }
 
+    Component {
+        id: panel
+        ScrollPanel {
+            width: 200
+            height: 100
+            Item {
+                implicitHeight: 300
+            }
+        }
+    }
+    function test_scrollBar() {
+        const it = createTemporaryObject(panel, root, {x: 40, y: 10});
+        const bar = Array.from(it.children).find(each => each.flickable !== undefined);
+        const thumb = () => pixel(bar, 5, 10);
+        const rest = Theme.color.onSurfaceVariant;
+        compareColor(thumb(), rest, "at rest");
+        mouseMove(bar, 5, 10);
+        compareColor(thumb(), Theme.color.onSurface, "pointed at");
+        mousePress(bar, 5, 10);
+        compareColor(thumb(), Theme.color.primary, "pressed");
+        mouseRelease(bar, 5, 10);
+        mouseMove(root.item, 1, 1);
+        tryVerify(() => Qt.colorEqual(thumb(), rest));
+        const edge = () => [pixel(it, 1, 50), pixel(it, 100, 1), pixel(it, 198, 50)];
+        bar.forceActiveFocus();
+        edge().forEach(color => compareColor(color, Theme.color.surfaceContainerLow, "edge"));
+        keyClick(Qt.Key_Down);
+        edge().forEach(color => compareColor(color, Theme.color.primary, "edge with the keyboard"));
+        bar.enabled = false;
+        compare(bar.opacity, Theme.disabledOpacity);
+    }
+
     function test_fieldsBorder() {
         const it = control("field");
         const input = findChild(it, "input");
