@@ -127,8 +127,6 @@ void AccessibleText::setSelection(int /*index*/, int start, int end)
     QMetaObject::invokeMethod(item(), "select", Q_ARG(int, start), Q_ARG(int, end));
 }
 
-AccessibleMessage::AccessibleMessage(QQuickItem *textEdit) : AccessibleText(textEdit) {}
-
 QString AccessibleMessage::text(QAccessible::Text kind) const
 {
     return kind == QAccessible::Name ? content() : AccessibleItem::text(kind);
@@ -140,6 +138,25 @@ QAccessible::State AccessibleMessage::state() const
     state.readOnly = true;
     state.multiLine = true;
     return state;
+}
+
+int AccessibleMessage::offsetAtPoint(const QPoint &point) const
+{
+    if (!window()) {
+        return -1; // a screen that is leaving
+    }
+    // Asked of the text, since a message may be too long for looking at each character.
+    const QPointF place = item()->mapFromScene(window()->mapFromGlobal(point));
+    int next = 0;
+    QMetaObject::invokeMethod(item(), "positionAt", Q_RETURN_ARG(int, next),
+                              Q_ARG(qreal, place.x()), Q_ARG(qreal, place.y()));
+    // The nearest place for a cursor is before or behind the character.
+    for (const int offset : {next - 1, next}) {
+        if (offset >= 0 && offset < characterCount() && characterRect(offset).contains(point)) {
+            return offset;
+        }
+    }
+    return -1;
 }
 
 } // namespace quillmark

@@ -20,9 +20,7 @@ class NamedSignalWatch : public QObject
 
 public:
     explicit NamedSignalWatch(std::function<void()> then) : m_then(std::move(then)) {}
-
-public Q_SLOTS:
-    void tell() { m_then(); }
+    Q_SLOT void tell() { m_then(); }
 
 private:
     std::function<void()> m_then;
@@ -71,12 +69,13 @@ private:
 class AccessibleMessage : public AccessibleText
 {
 public:
-    explicit AccessibleMessage(QQuickItem *textEdit);
+    explicit AccessibleMessage(QQuickItem *textEdit) : AccessibleText(textEdit) {}
 
     QAccessible::Role role() const override { return QAccessible::StaticText; }
     QString text(QAccessible::Text kind) const override;
     using AccessibleText::text;
     QAccessible::State state() const override;
+    int offsetAtPoint(const QPoint &point) const override;
 };
 
 } // namespace quillmark

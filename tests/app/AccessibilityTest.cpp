@@ -138,6 +138,61 @@ TEST_F(Accessibility, editsTheTextOfAField)
     EXPECT_EQ(read->offsetAtPoint(read->characterRect(2).center()), 2);
 }
 
+TEST_F(Accessibility, readsAndSelectsTheWordsOfAFailure)
+{
+    const QString words = QStringLiteral("It broke.\n<b>Badly</b>, at the end.");
+    setState(Session::Error{words});
+    auto *message = one(words, QAccessible::StaticText);
+    EXPECT_TRUE(message->state().readOnly);
+    EXPECT_TRUE(message->state().selectableText);
+    EXPECT_TRUE(message->state().focusable);
+    EXPECT_FALSE(message->state().editable);
+    EXPECT_EQ(message->editableTextInterface(), nullptr);
+    auto *read = message->textInterface();
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->characterCount(), words.size());
+    EXPECT_EQ(read->text(3, 8), QStringLiteral("broke"));
+    for (const int offset : {0, 4, 10, 16, static_cast<int>(words.size()) - 1}) {
+        EXPECT_EQ(read->offsetAtPoint(read->characterRect(offset).center()), offset);
+    }
+    EXPECT_EQ(read->offsetAtPoint({-10, -10}), -1);
+    read->setSelection(0, 3, 8);
+    int start = -1;
+    int end = -1;
+    read->selection(0, &start, &end);
+    EXPECT_EQ(start, 3);
+    EXPECT_EQ(end, 8);
+}
+
+TEST_F(Accessibility, leavesOutAnEmptyMessage)
+{
+    setState(Session::Error{QString()});
+    EXPECT_TRUE(all(QString(), QAccessible::StaticText).isEmpty());
+    EXPECT_TRUE(one(QStringLiteral("INGESTION FAILED"), QAccessible::StaticText));
+}
+
+TEST_F(Accessibility, keyboardComesToNoLabel)
+{
+    const auto *label = one(QStringLiteral("BACKUP MODE"), QAccessible::StaticText);
+    EXPECT_FALSE(label->state().focusable);
+    EXPECT_TRUE(label->state().readOnly);
+    EXPECT_FALSE(label->state().offscreen);
+}
+
+TEST_F(Accessibility, scrolledAwayFieldsAreOffTheScreen)
+{
+    m_window->resize(m_window->minimumSize());
+    showForm();
+    QTest::qWait(0); // layouts settle with the event loop
+    auto *first = one(QStringLiteral("MAKE *"), QAccessible::EditableText);
+    auto *last = one(QStringLiteral("©"), QAccessible::EditableText);
+    EXPECT_FALSE(first->state().offscreen);
+    EXPECT_TRUE(last->state().offscreen);
+    last->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_TRUE(first->state().offscreen);
+    EXPECT_FALSE(last->state().offscreen);
+}
+
 TEST_F(Accessibility, doesNotTypeIntoADisabledField)
 {
     showForm();
