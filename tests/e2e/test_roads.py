@@ -34,7 +34,7 @@ class Roads(WindowCase):
     def assert_done(self, program, count, originals, roll):
         """Checks the last screen, and that the originals are safe."""
         self.assertEqual(program.texts(), [
-            "Quillmark", "03 / DONE", "METADATA EMBEDDED",
+            "Quillmark", "Quillmark", "03 / DONE", "METADATA EMBEDDED",
             "MUTATED", str(count), "BACKED UP", str(count), "MODE", "BACKUP ORIGINALS",
             "REVEAL IN FINDER", "INGEST ANOTHER  →"])
         self.assertEqual(rolls.checksums(rolls.frames(roll / "_originals")), originals)
@@ -145,7 +145,7 @@ class Roads(WindowCase):
         program.wait_for(FOUND, WORK_DEADLINE)
         self.embed(program)
 
-        self.assertEqual(program.texts()[1:3], ["03 / DONE", "METADATA EMBEDDED"])
+        self.assertEqual(program.texts()[2:4], ["03 / DONE", "METADATA EMBEDDED"])
         self.assert_tagged(rolls.frames(roll))
 
 

@@ -14,8 +14,11 @@ from .drag import drop_files
 from .program import Program
 from .waiting import WORK_DEADLINE
 
-# Said by Qt 6.4 when a screen reader asks for the rows of a file list that is still loading.
-_QT_NOISE = re.compile(r"QAccessibleTable::child: Invalid index at: \d+ \d+\n")
+# Said by Qt 6.4 when a screen reader asks for the rows of a file list that is still loading, or
+# for an item that has just gone.
+_QT_NOISE = re.compile(r"QAccessibleTable::child: Invalid index at: \d+ \d+\n"
+                       r"|qt\.accessibility\.atspi: WARNING Qt AtSpiAdaptor: "
+                       r"Accessible invalid: .*\n")
 
 _shared = None
 
