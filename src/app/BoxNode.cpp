@@ -5,6 +5,9 @@
 
 #include "app/PixelGrid.h"
 
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
 #include <algorithm>
 
 namespace quillmark {
@@ -22,20 +25,18 @@ std::array<QRectF, 4> sides(const QRectF &rect, qreal width)
             QRectF(rect.right() - across, rect.y() + height, across, between)};
 }
 
-QSGRectangleNode *newRectangle(QQuickWindow &window, QSGNode &parent)
-{
-    QSGRectangleNode *node = window.createRectangleNode();
-    parent.appendChildNode(node); // which owns it from here on
-    return node;
-}
-
 } // namespace
 
-BoxNode::BoxNode(QQuickWindow &quickWindow)
-    : SnappedNode(quickWindow), m_fill(newRectangle(quickWindow, *this))
+BoxNode::BoxNode(QQuickWindow &window)
 {
-    for (QSGRectangleNode *&line : m_lines) {
-        line = newRectangle(quickWindow, *this);
+    if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
+        m_painted = new PaintedRects(window);
+        appendChildNode(m_painted);
+        return;
+    }
+    for (QSGRectangleNode *&each : m_rectangles) {
+        each = window.createRectangleNode();
+        appendChildNode(each);
     }
 }
 
@@ -45,33 +46,32 @@ void BoxNode::setLook(const Look &look)
         return;
     }
     m_look = look;
-    m_fill->setColor(look.fill);
-    for (QSGRectangleNode *line : m_lines) {
-        line->setColor(look.line);
-    }
     // For where nothing is snapped.
     place({});
     setStale();
 }
 
-QRectF BoxNode::place(const QPointF &origin)
+void BoxNode::place(const QPointF &origin)
 {
-    const QRectF inWindow = pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale);
-    const QRectF rect = inWindow.translated(-origin);
-    m_fill->setRect(m_look.fill.alpha() > 0 ? rect : QRectF());
-    const bool lined = m_look.line.alpha() > 0 && m_look.lineWidth > 0;
-    const auto lines = sides(rect, pixelgrid::thickness(m_look.lineWidth, m_look.scale));
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        m_lines[i]->setRect(lined ? lines[i] : QRectF());
+    const QRectF rect =
+        pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale).translated(-origin);
+    PaintedRects::Rects rects;
+    if (m_look.fill.alpha() > 0) {
+        rects[0] = {rect, m_look.fill};
     }
-    return inWindow;
-}
-
-void BoxNode::redraw()
-{
-    m_fill->markDirty(DirtyMaterial);
-    for (QSGRectangleNode *line : m_lines) {
-        line->markDirty(DirtyMaterial);
+    if (m_look.line.alpha() > 0 && m_look.lineWidth > 0) {
+        const auto lines = sides(rect, pixelgrid::thickness(m_look.lineWidth, m_look.scale));
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            rects[i + 1] = {lines[i], m_look.line};
+        }
+    }
+    if (m_painted) {
+        m_painted->setRects(rects);
+        return;
+    }
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        m_rectangles[i]->setRect(rects[i].place);
+        m_rectangles[i]->setColor(rects[i].color);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/PaintedRects.h"
 #include "app/SnappedNode.h"
 
 #include <QColor>
@@ -32,13 +33,13 @@ public:
     void setLook(const Look &look);
 
 protected:
-    QRectF place(const QPointF &origin) override;
-    void redraw() override;
+    void place(const QPointF &origin) override;
 
 private:
+    /// The one with the software renderer, the others with any other. Owned as children.
+    PaintedRects *m_painted = nullptr;
+    std::array<QSGRectangleNode *, std::tuple_size_v<PaintedRects::Rects>> m_rectangles{};
     Look m_look;
-    QSGRectangleNode *m_fill;
-    std::array<QSGRectangleNode *, 4> m_lines{};
 };
 
 } // namespace quillmark

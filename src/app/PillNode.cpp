@@ -7,13 +7,13 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QQuickWindow>
 
 #include <algorithm>
 
 namespace quillmark {
 
-PillNode::PillNode(QQuickWindow &quickWindow)
-    : SnappedNode(quickWindow), m_picture(quickWindow.createImageNode())
+PillNode::PillNode(QQuickWindow &window) : m_window(window), m_picture(window.createImageNode())
 {
     m_picture->setOwnsTexture(true);
     appendChildNode(m_picture); // which owns it from here on
@@ -31,7 +31,7 @@ void PillNode::setLook(const Look &look)
     setStale();
 }
 
-QRectF PillNode::place(const QPointF &origin)
+void PillNode::place(const QPointF &origin)
 {
     const QRectF inWindow = pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale);
     const QSize pixels = (inWindow.size() * m_look.scale).toSize().expandedTo({1, 1});
@@ -39,7 +39,6 @@ QRectF PillNode::place(const QPointF &origin)
         paint(pixels);
     }
     m_picture->setRect(inWindow.translated(-origin));
-    return inWindow;
 }
 
 void PillNode::paint(const QSize &pixels)
@@ -53,7 +52,7 @@ void PillNode::paint(const QSize &pixels)
     const qreal radius = std::min(pixels.width(), pixels.height()) / 2.0;
     painter.drawRoundedRect(image.rect(), radius, radius);
     painter.end();
-    m_picture->setTexture(window().createTextureFromImage(image));
+    m_picture->setTexture(m_window.createTextureFromImage(image));
     m_picture->setSourceRect(image.rect());
     m_painted = pixels;
 }

@@ -10,6 +10,8 @@
 #include <QSGImageNode>
 #include <QSize>
 
+class QQuickWindow;
+
 namespace quillmark {
 
 /// How a Pill is drawn: a picture with one pixel for each of the device.
@@ -29,12 +31,12 @@ public:
     void setLook(const Look &look);
 
 protected:
-    QRectF place(const QPointF &origin) override;
-    void redraw() override {} // never opaque
+    void place(const QPointF &origin) override;
 
 private:
     void paint(const QSize &pixels);
 
+    QQuickWindow &m_window;
     Look m_look;
     QSize m_painted;
     QSGImageNode *m_picture;

@@ -4,9 +4,6 @@
 #include "app/SnappedNode.h"
 
 #include <QMatrix4x4>
-#include <QSGRendererInterface>
-
-#include <cmath>
 
 namespace quillmark {
 namespace {
@@ -26,35 +23,14 @@ std::optional<QPointF> originInWindow(const QSGNode *node)
     return whole.isIdentity() ? std::optional(origin) : std::nullopt;
 }
 
-bool isWhole(qreal value)
-{
-    return value == std::floor(value);
-}
-
 } // namespace
-
-SnappedNode::SnappedNode(QQuickWindow &window) : m_window(window)
-{
-    setFlag(UsePreprocess);
-}
 
 void SnappedNode::preprocess()
 {
     const std::optional<QPointF> origin = originInWindow(this);
-    if (!origin) {
-        return;
-    }
-    if (origin != m_placedAt) {
+    if (origin && origin != m_placedAt) {
         m_placedAt = origin;
-        const QRectF rect = place(*origin);
-        // The software renderer takes opaque parts for covering whole units only, lets what
-        // is below them paint over the rest of their edges, and does not draw them again.
-        m_redrawn = m_window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software &&
-                    !(isWhole(origin->x()) && isWhole(origin->y()) && isWhole(rect.left()) &&
-                      isWhole(rect.top()) && isWhole(rect.right()) && isWhole(rect.bottom()));
-    }
-    if (m_redrawn) {
-        redraw();
+        place(*origin);
     }
 }
 

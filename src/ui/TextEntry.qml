@@ -31,6 +31,11 @@ Box {
     readonly property bool marked: input.activeFocus && (Keyboard.inUse || root.pointedInto)
     property bool pointedInto: false
 
+    /// Three fifths of the line's colour over the field's, mixed here: renderers that lay one
+    /// over the other round differently.
+    readonly property color restingLine:
+        Qt.tint(Theme.color.background, Qt.alpha(Theme.color.outlineVariant, 0.6))
+
     signal edited(string text)
 
     function takeFocus(): void {
@@ -46,7 +51,7 @@ Box {
     border.color: !root.acceptable ? Theme.color.tertiary
                   : root.marked ? Theme.color.primary
                   : hover.hovered ? Theme.color.onSurfaceVariant
-                  : Qt.alpha(Theme.color.outlineVariant, 0.6)
+                  : root.restingLine
 
     HoverHandler {
         id: hover

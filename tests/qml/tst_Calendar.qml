@@ -156,7 +156,6 @@ ScreenTest {
         keyClick(Qt.Key_Right);
         const it = day("2026-05-02");
         const at = it.mapToItem(root, 1, 16);
-        waitForRendering(item);
         verify(Qt.colorEqual(grabImage(content()).pixel(at.x, at.y), Theme.color.primary));
     }
 

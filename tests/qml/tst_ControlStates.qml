@@ -266,18 +266,18 @@ ScreenTest {
     function test_fieldsBorder() {
         const it = control("field");
         const input = findChild(it, "input");
-        const rest = Qt.alpha(Theme.color.outlineVariant, 0.6);
-        tryVerify(() => Qt.colorEqual(it.border.color, rest));
+        const rest = "#2e2c2a"; // 60 % of outlineVariant over background
+        tryVerify(() => it.border.color.toString() === rest);
         mouseMove(it, 4, 4);
         verify(Qt.colorEqual(it.border.color, Theme.color.onSurfaceVariant), "pointed at");
         mouseMove(root.item, 1, 1);
-        tryVerify(() => Qt.colorEqual(it.border.color, rest));
+        tryVerify(() => it.border.color.toString() === rest);
         input.forceActiveFocus();
-        verify(Qt.colorEqual(it.border.color, rest), "focused for somebody with a pointer");
+        verify(it.border.color.toString() === rest, "focused for somebody with a pointer");
         keyClick(Qt.Key_End);
         verify(Qt.colorEqual(it.border.color, Theme.color.primary), "focused for the keyboard");
         mouseClick(root.item, 1, 1);
-        verify(Qt.colorEqual(it.border.color, rest));
+        verify(it.border.color.toString() === rest);
     }
 
     function test_fieldsArePressedInto_data() {

@@ -193,7 +193,6 @@ TestCase {
     function test_frames(data) {
         const item = createTemporaryObject(data.what, root,
                                            {x: 20 + data.shift, y: 30 + data.shift});
-        waitForRendering(item);
         checkSides(grabImage(root), Qt.rect(item.x, item.y, item.width, item.height),
                    data.line.toString(), data.units);
     }
@@ -205,7 +204,6 @@ TestCase {
         const item = createTemporaryObject(ringed, root,
                                            {x: 20 + data.shift, y: 30 + data.shift});
         keyClick(Qt.Key_Down);
-        waitForRendering(item);
         checkSides(grabImage(root),
                    Qt.rect(item.x - 4, item.y - 4, item.width + 8, item.height + 8),
                    Theme.color.primary.toString(), 2);
@@ -213,7 +211,6 @@ TestCase {
 
     function test_photoBox() {
         const pane = createTemporaryObject(photo, root, {x: 20.3, y: 30.3});
-        waitForRendering(pane);
         const frame = Array.from(pane.children).find(each => each.border !== undefined);
         checkSides(grabImage(root), frame.mapToItem(root, 0, 0, frame.width, frame.height),
                    Theme.color.outlineVariant.toString(), 1);
@@ -224,7 +221,6 @@ TestCase {
     }
     function test_dividers(data) {
         const item = createTemporaryObject(divider, root, {x: 20, y: 30 + data.shift});
-        waitForRendering(item);
         const found = runs(grabImage(root), 50, 25, 0, 1, 10);
         compare(found.length, 3, JSON.stringify(found));
         compare(found[1].color, Theme.color.outlineVariant.toString());
@@ -233,7 +229,6 @@ TestCase {
 
     function test_scrolledLines() {
         const panel = createTemporaryObject(scrolled, root, {x: 20, y: 30});
-        waitForRendering(panel);
         const flickable = findChild(panel, "flickable");
         for (const position of [3.3, 7.5, 11.9]) {
             flickable.contentY = position;
@@ -251,7 +246,6 @@ TestCase {
     /// A frame in which only some of it changes leaves the rest as it was.
     function test_changesLeaveTheRestWhole() {
         const it = createTemporaryObject(scene, root);
-        waitForRendering(it);
         const before = grabImage(root);
         const picker = findChild(it, "picker");
         const change = on => {
@@ -286,7 +280,6 @@ TestCase {
     }
     function test_pillsAreRound(data) {
         const it = createTemporaryObject(pill, root, {x: 20 + data.shift, y: 30 + data.shift});
-        waitForRendering(it);
         const image = grabImage(root);
         const ink = Theme.color.primary.toString();
         const widths = [];
