@@ -139,6 +139,8 @@ QAccessible::Role AccessibleControl::role() const
         return QAccessible::CheckBox;
     case Control::Choice:
         return QAccessible::RadioButton;
+    case Control::Day:
+        return QAccessible::Cell;
     }
     return QAccessible::NoRole;
 }
@@ -151,17 +153,28 @@ QString AccessibleControl::text(QAccessible::Text kind) const
 QAccessible::State AccessibleControl::state() const
 {
     QAccessible::State state = AccessibleItem::state();
-    state.checkable = control()->kind() != Control::Button;
-    state.checked = control()->isChecked();
+    switch (control()->kind()) {
+    case Control::Button:
+        break;
+    case Control::Switch:
+    case Control::Choice:
+        state.checkable = true;
+        state.checked = control()->isChecked();
+        break;
+    case Control::Day:
+        state.selectable = control()->isEnabled();
+        state.selected = control()->isChecked();
+        break;
+    }
     return state;
 }
 
 QStringList AccessibleControl::actionNames() const
 {
-    if (control()->kind() == Control::Button) {
-        return {pressAction(), setFocusAction()};
+    if (state().checkable) {
+        return {toggleAction(), pressAction(), setFocusAction()};
     }
-    return {toggleAction(), pressAction(), setFocusAction()};
+    return {pressAction(), setFocusAction()};
 }
 
 void AccessibleControl::doAction(const QString &name)

@@ -11,6 +11,9 @@ namespace quillmark {
 
 /// What buttons, switches and choices have in common, without a look: a text by which they
 /// are known, perhaps a checked state, and a click by key, pointer or assistive technology.
+///
+/// A pointer clicks where it is released over the control that it was pressed on. Space clicks
+/// when it is released, Return and Enter when they are pressed.
 class Control : public QQuickItem
 {
     Q_OBJECT
@@ -18,12 +21,15 @@ class Control : public QQuickItem
     Q_PROPERTY(Kind kind READ kind WRITE setKind NOTIFY kindChanged)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(bool checked READ isChecked WRITE setChecked NOTIFY checkedChanged)
+    Q_PROPERTY(bool pointedAt READ isPointedAt NOTIFY pointedAtChanged)
+    Q_PROPERTY(bool pressed READ isPressed NOTIFY pressedChanged)
 
 public:
     enum Kind {
         Button,
         Switch, ///< checked or not
         Choice, ///< checked where it is the one chosen among its neighbours
+        Day,    ///< of a calendar; checked where it is the chosen one
     };
     Q_ENUM(Kind)
 
@@ -37,6 +43,11 @@ public:
     bool isChecked() const { return m_checked; }
     void setChecked(bool checked);
 
+    /// Whether a pointer hovers over it. Never while disabled.
+    bool isPointedAt() const { return m_hovered && isEnabled(); }
+    /// Whether letting go of the button or key that is down would click. Never while disabled.
+    bool isPressed() const { return m_pressedBy != Nothing; }
+
     /// Clicks, unless the control is disabled.
     Q_INVOKABLE void press();
 
@@ -44,16 +55,36 @@ Q_SIGNALS:
     void kindChanged();
     void textChanged();
     void checkedChanged();
+    void pointedAtChanged();
+    void pressedChanged();
     void clicked();
 
 protected:
-    /// Space, Return and Enter click.
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseUngrabEvent() override;
+    void hoverEnterEvent(QHoverEvent *event) override;
+    void hoverLeaveEvent(QHoverEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
 
 private:
+    enum PressedBy {
+        Nothing,
+        Pointer,
+        SpaceKey,
+    };
+    void setHovered(bool hovered);
+    void setPressedBy(PressedBy what);
+
     Kind m_kind = Button;
     QString m_text;
     bool m_checked = false;
+    bool m_hovered = false;
+    PressedBy m_pressedBy = Nothing;
 };
 
 } // namespace quillmark

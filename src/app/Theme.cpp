@@ -15,6 +15,10 @@ constexpr qreal calloutScale = 0.92;
 constexpr qreal captionScale = 0.77;
 constexpr int figurePixels = 56;
 
+constexpr float pointedAtShare = 0.12F;
+constexpr float pressedShare = 0.26F;
+constexpr qreal disabledShare = 0.5;
+
 QFont scaled(QFont font, qreal scale, QFont::Weight weight)
 {
     // A system font is given either in points or in pixels; the other size is then -1.
@@ -60,6 +64,20 @@ ThemeFont::ThemeFont(QObject *parent)
 {}
 
 Theme::Theme(QObject *parent) : QObject(parent) {}
+
+qreal Theme::disabledOpacity()
+{
+    return disabledShare;
+}
+
+QColor Theme::stateLayer(QColor content, bool pointedAt, bool pressed)
+{
+    if (!pointedAt && !pressed) {
+        return Qt::transparent;
+    }
+    content.setAlphaF(pressed ? pressedShare : pointedAtShare);
+    return content;
+}
 
 QFont Theme::tracked(const QFont &font, qreal tracking)
 {

@@ -74,12 +74,20 @@ class Theme : public QObject
     QML_SINGLETON
     Q_PROPERTY(quillmark::ThemeColor *color READ color CONSTANT)
     Q_PROPERTY(quillmark::ThemeFont *font READ font CONSTANT)
+    Q_PROPERTY(qreal disabledOpacity READ disabledOpacity CONSTANT)
 
 public:
     explicit Theme(QObject *parent = nullptr);
 
     ThemeColor *color() { return &m_color; }
     ThemeFont *font() { return &m_font; }
+
+    /// How much is left of a disabled control that has no look of its own for that.
+    static qreal disabledOpacity();
+
+    /// What lies over a control's fill: its content's colour, thin while a pointer hovers over
+    /// the control, thicker while it is pressed, transparent otherwise.
+    Q_INVOKABLE static QColor stateLayer(QColor content, bool pointedAt, bool pressed);
 
     /// A font with that many pixels added after each character.
     Q_INVOKABLE static QFont tracked(const QFont &font, qreal tracking);

@@ -6,20 +6,24 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// The row of the shooting date: whether there is one, and which day.
+/// The row of the shooting date: whether there is one, and which day. Where the picker has
+/// too little room in the row, it stands below.
 Item {
     id: root
 
     required property ManualEntryForm form
 
+    readonly property bool narrow: root.width < entry.rowX + entry.implicitWidth
+    readonly property real headHeight: Math.max(include.height, label.height)
+
     signal entered
 
-    implicitWidth: 30 + 8 + 90 + 8 + entry.implicitWidth
-    implicitHeight: entry.implicitHeight
+    implicitWidth: entry.rowX + entry.implicitWidth
+    implicitHeight: root.narrow ? root.headHeight + 8 + entry.height : entry.height
 
     ToggleSwitch {
         id: include
-        anchors.verticalCenter: parent.verticalCenter
+        y: ((root.narrow ? root.headHeight : root.height) - include.height) / 2
         text: "DATE"
         textVisible: false
         checked: root.form.includeDate
@@ -31,22 +35,26 @@ Item {
         }
     }
     LabelText {
-        anchors.verticalCenter: parent.verticalCenter
+        id: label
         x: include.width + 8
+        y: ((root.narrow ? root.headHeight : root.height) - label.height) / 2
         width: 90
         text: "DATE"
     }
-    TextEntry {
+    DatePicker {
         id: entry
-        anchors.right: parent.right
-        anchors.left: include.right
-        anchors.leftMargin: 106
-        horizontalPadding: 4
+
+        readonly property real rowX: label.x + label.width + 8
+
+        x: root.narrow ? label.x : entry.rowX
+        y: root.narrow ? root.headHeight + 8 : 0
+        width: root.width - entry.x
         enabled: root.form.includeDate
         name: "DATE"
         value: root.form.dateText
         acceptable: entry.text === root.form.dateText
         onEdited: text => root.form.setDateText(text)
+        onPicked: day => root.form.setDateText(day)
         onInputFocusChanged: {
             if (entry.inputFocus) {
                 root.entered();

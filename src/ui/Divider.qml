@@ -6,7 +6,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-Rectangle {
+Box {
     implicitHeight: 1
     color: Theme.color.outlineVariant
 }

@@ -24,7 +24,7 @@ FocusScope {
         chooser.open();
     }
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         color: root.hovered ? Theme.color.surfaceContainer : Theme.color.surfaceContainerLow
         border.width: root.hovered ? 2 : 1

@@ -12,11 +12,14 @@ PlainButton {
 
     horizontalPadding: 28
     verticalPadding: 14
+    contentColor: Theme.color.background
+    opacity: 1.0 // disabled, it has colours of its own
     textColor: root.enabled ? Theme.color.background : Theme.color.onSurfaceVariant
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         z: -1
-        color: root.enabled ? Theme.color.primary : Theme.color.surfaceContainer
+        color: root.enabled ? Qt.tint(Theme.color.primary, root.stateLayer)
+                            : Theme.color.surfaceContainer
     }
 }

@@ -6,14 +6,15 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// Shows which control the keyboard works on: a frame around its parent.
-Rectangle {
+/// Shows which control the keyboard works on, to whoever works with it: a frame around its
+/// parent, which exists only while it shows.
+Loader {
+    id: root
+
     required property Item target
 
     anchors.fill: parent
     anchors.margins: -4
-    visible: target.activeFocus
-    color: "transparent"
-    border.width: 2
-    border.color: Theme.color.primary
+    active: Keyboard.inUse && root.target.activeFocus
+    source: "FocusFrame.qml"
 }

@@ -20,14 +20,16 @@ PlainButton {
     verticalPadding: 10
     wrapMode: Text.WordWrap
     textColor: root.checked ? Theme.color.background : Theme.color.onSurface
+    contentColor: root.textColor
     // A focused button's frame lies over its neighbours.
     z: root.activeFocus ? 1 : 0
 
     Accessible.role: Accessible.RadioButton
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         z: -1
-        color: root.checked ? Theme.color.primary : Theme.color.surfaceContainer
+        color: Qt.tint(root.checked ? Theme.color.primary : Theme.color.surfaceContainer,
+                       root.stateLayer)
     }
 }

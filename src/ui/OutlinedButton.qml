@@ -7,14 +7,16 @@ import QtQuick
 import Quillmark
 
 PlainButton {
+    id: root
+
     horizontalPadding: 24
     verticalPadding: 14
     textColor: Theme.color.onSurface
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         z: -1
-        color: "transparent"
+        color: root.stateLayer
         border.width: 1
         border.color: Theme.color.outlineVariant
     }

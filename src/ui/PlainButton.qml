@@ -6,7 +6,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmark
 
-/// A button without a look of its own: a padded text.
+/// A button without a look of its own: a padded text, and the layer that says that the button
+/// is pointed at or pressed, for whoever draws it to lay over its fill.
 Control {
     id: root
 
@@ -17,19 +18,17 @@ Control {
     property alias horizontalAlignment: label.horizontalAlignment
     property real horizontalPadding: 0
     property real verticalPadding: 0
+    /// The colour of what stands on the button, of which the layer is made.
+    property color contentColor: Theme.color.onSurface
+    readonly property color stateLayer:
+        Theme.stateLayer(root.contentColor, root.pointedAt, root.pressed)
 
     implicitWidth: Math.ceil(label.implicitWidth) + 2 * root.horizontalPadding
     implicitHeight: Math.ceil(label.implicitHeight) + 2 * root.verticalPadding
-    opacity: tap.pressed ? 0.7 : 1.0
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
 
     Accessible.role: Accessible.Button
     Accessible.ignored: !root.visible
-
-    TapHandler {
-        id: tap
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.press()
-    }
 
     LabelText {
         id: label

@@ -20,6 +20,7 @@ Item {
 
     width: 10
     visible: root.flickable.contentHeight > root.flickable.height
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
 
     Accessible.role: Accessible.ScrollBar
     Accessible.ignored: !root.visible
@@ -35,18 +36,22 @@ Item {
         }
     }
 
-    Rectangle {
+    Pill {
         id: thumb
         x: 3
         y: root.flickable.visibleArea.yPosition * root.height
         width: 4
         height: Math.max(24, root.flickable.visibleArea.heightRatio * root.height)
-        radius: 2
-        color: drag.active || hover.hovered ? Theme.color.primary : Theme.color.onSurfaceVariant
+        color: press.active || drag.active ? Theme.color.primary
+               : hover.hovered ? Theme.color.onSurface
+               : Theme.color.onSurfaceVariant
     }
 
     HoverHandler {
         id: hover
+    }
+    PointHandler {
+        id: press
     }
 
     DragHandler {

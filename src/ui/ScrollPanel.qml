@@ -31,7 +31,7 @@ Item {
                                       Math.min(flickable.contentY, top));
     }
 
-    Rectangle {
+    Box {
         anchors.fill: parent
         color: Theme.color.surfaceContainerLow
     }

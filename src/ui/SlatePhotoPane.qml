@@ -26,7 +26,7 @@ ColumnLayout {
     PanelTitle {
         text: "SLATE REFERENCE"
     }
-    Rectangle {
+    Box {
         Layout.fillWidth: true
         Layout.fillHeight: true
         color: Theme.color.surfaceContainerLow

@@ -15,6 +15,9 @@ Item {
     implicitWidth: 32
     implicitHeight: 32
 
+    Accessible.role: Accessible.Animation
+    Accessible.ignored: !root.visible
+
     Repeater {
         model: 12
 

@@ -9,7 +9,7 @@ import Quillmark
 /// A single line of text to type into. It shows `value` and tells every change with
 /// edited(); whoever owns the value sets it. Text that the owner did not take stands until
 /// the field is left.
-Rectangle {
+Box {
     id: root
 
     /// What assistive technology calls the field: its visible label.
@@ -19,30 +19,56 @@ Rectangle {
     /// What assistive technology says of the field beside its name.
     property string description: ""
     property real horizontalPadding: 10
+    /// Room at the end for something else.
+    property real trailing: 0
     /// Off while the text is none that the owner takes.
     property bool acceptable: true
 
     readonly property alias input: input
     readonly property alias text: input.text
     readonly property alias inputFocus: input.activeFocus
+    /// Whether the field shows that what is typed goes into it.
+    readonly property bool marked: input.activeFocus && (Keyboard.inUse || root.pointedInto)
+    property bool pointedInto: false
 
     signal edited(string text)
+
+    function takeFocus(): void {
+        input.forceActiveFocus();
+    }
 
     implicitWidth: 100
     implicitHeight: input.implicitHeight + 16
     baselineOffset: 8 + input.baselineOffset
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
     color: Theme.color.background
-    border.width: 1
+    border.width: root.marked ? 2 : 1
     border.color: !root.acceptable ? Theme.color.tertiary
-                  : input.activeFocus ? Theme.color.primary
+                  : root.marked ? Theme.color.primary
+                  : hover.hovered ? Theme.color.onSurfaceVariant
                   : Qt.alpha(Theme.color.outlineVariant, 0.6)
+
+    HoverHandler {
+        id: hover
+        cursorShape: Qt.IBeamCursor
+    }
+    // Beside the text; on it, the input takes the press.
+    TapHandler {
+        onPressedChanged: {
+            if (pressed) {
+                root.pointedInto = true;
+                input.forceActiveFocus(Qt.MouseFocusReason);
+            }
+        }
+    }
 
     TextInput {
         id: input
         objectName: "input"
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.margins: root.horizontalPadding
+        anchors.leftMargin: root.horizontalPadding
+        anchors.rightMargin: root.horizontalPadding + root.trailing
         y: 8
         font: Theme.font.body
         color: root.enabled ? Theme.color.onSurface : Theme.color.onSurfaceVariant
@@ -52,8 +78,13 @@ Rectangle {
         clip: true
         activeFocusOnTab: true
 
+        onActiveFocusChanged: root.pointedInto = root.pointedInto && input.activeFocus
         onTextChanged: root.edited(input.text)
         onEditingFinished: input.text = root.value
+
+        PointHandler {
+            onActiveChanged: root.pointedInto = root.pointedInto || active
+        }
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.name

@@ -21,38 +21,30 @@ Control {
     kind: Control.Switch
     onClicked: root.toggled(!root.checked)
 
+    opacity: root.enabled ? 1.0 : Theme.disabledOpacity
     implicitWidth: track.width
-                   + (label.visible ? label.anchors.leftMargin + label.implicitWidth : 0)
+                   + (label.visible ? label.anchors.leftMargin + Math.ceil(label.implicitWidth) : 0)
     implicitHeight: Math.max(track.height, label.implicitHeight)
 
     Accessible.role: Accessible.CheckBox
     Accessible.ignored: !root.visible
 
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.press()
-    }
-
-    Rectangle {
+    Pill {
         id: track
         anchors.verticalCenter: parent.verticalCenter
         width: 30
         height: 18
-        radius: 9
-        color: root.checked ? Theme.color.primary : Theme.color.outlineVariant
+        color: Qt.tint(root.checked ? Theme.color.primary : Theme.color.outlineVariant,
+                       Theme.stateLayer(root.checked ? Theme.color.background
+                                                     : Theme.color.onSurface,
+                                        root.pointedAt, root.pressed))
 
-        Rectangle {
+        Pill {
             anchors.verticalCenter: parent.verticalCenter
             x: root.checked ? track.width - width - 2 : 2
             width: 14
             height: 14
-            radius: 7
             color: root.checked ? Theme.color.background : Theme.color.onSurface
-        }
-
-        FocusRing {
-            target: root
-            radius: 13
         }
     }
 
@@ -66,5 +58,9 @@ Control {
         text: root.text
         wrapMode: Text.WordWrap
         Accessible.ignored: true
+    }
+
+    FocusRing {
+        target: root
     }
 }

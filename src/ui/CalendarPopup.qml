@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmark
+
+/// A calendar beside a field, over everything else in the window. Tab stays in it, and until
+/// it is closed nothing below it takes a press.
+FocusScope {
+    id: root
+
+    required property Item field
+    property alias chosen: days.chosen
+    property alias localeName: days.localeName
+    property alias today: days.today
+
+    property bool shown: false
+
+    signal picked(string day)
+    signal dismissed
+
+    function show(): void {
+        root.place();
+        grid.focusCurrent();
+        root.shown = true;
+    }
+    /// In a window of another size the field goes elsewhere.
+    function dismissOnceShown(): void {
+        if (root.shown) {
+            root.dismissed();
+        }
+    }
+    /// Below the field where there is room, else above it, else beside it.
+    function place(): void {
+        const at = root.field.mapToItem(root, 0, 0);
+        const below = at.y + root.field.height + 4;
+        const above = at.y - panel.height - 4;
+        const fitsBelow = below + panel.height + 8 <= root.height;
+        const beside = !fitsBelow && above < 8;
+        const x = beside ? at.x + root.field.width + 4 : at.x;
+        panel.x = Math.max(8, Math.min(x, root.width - panel.width - 8));
+        panel.y = fitsBelow ? below : Math.max(8, beside ? root.height - panel.height - 8 : above);
+    }
+
+    onWidthChanged: root.dismissOnceShown()
+    onHeightChanged: root.dismissOnceShown()
+
+    Keys.onEscapePressed: root.dismissed()
+    // What keys mean to the window and its screen is for when nothing lies over them; what
+    // goes with Ctrl, like ending the program, stays.
+    Keys.onShortcutOverride: event => event.accepted = !(event.modifiers & Qt.ControlModifier)
+
+    CalendarModel {
+        id: days
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onPressed: mouse => {
+            if (!panel.contains(mapToItem(panel, mouse.x, mouse.y))) {
+                root.dismissed();
+            }
+        }
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Box {
+        id: panel
+        objectName: "panel"
+        width: grid.width + 24
+        height: content.height + 24
+        color: Theme.color.surfaceContainer
+        border.width: 1
+        border.color: Theme.color.outlineVariant
+
+        Column {
+            id: content
+            x: 12
+            y: 12
+            spacing: 8
+
+            CalendarHeading {
+                id: heading
+                width: grid.width
+                model: days
+                onLeftForwards: grid.focusCurrent()
+                onLeftBackwards: grid.focusCurrent()
+            }
+            CalendarGrid {
+                id: grid
+                model: days
+                onPicked: day => root.picked(day)
+                Keys.onTabPressed: heading.enterForwards()
+                Keys.onBacktabPressed: heading.enterBackwards()
+            }
+        }
+    }
+}
