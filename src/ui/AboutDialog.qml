@@ -25,7 +25,7 @@ Overlay {
         color: Qt.alpha(Theme.color.background, 0.7)
     }
 
-    Rectangle {
+    Box {
         anchors.centerIn: parent
         width: Math.min(440, root.width - 80)
         height: texts.height + 64

@@ -25,16 +25,10 @@ MenuEntry {
     Accessible.role: Accessible.MenuItem
     Accessible.ignored: !root.visible
 
-    HoverHandler {
-        onHoveredChanged: {
-            if (hovered) {
-                root.forceActiveFocus();
-            }
+    onPointedAtChanged: {
+        if (root.pointedAt) {
+            root.forceActiveFocus();
         }
-    }
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.press()
     }
 
     Rectangle {

@@ -46,7 +46,7 @@ Overlay {
         onWheel: wheel => wheel.accepted = true
     }
 
-    Rectangle {
+    Box {
         y: root.topEdge
         width: column.width + 2
         height: column.height + 2

@@ -22,17 +22,9 @@ MenuEntry {
 
     Keys.onDownPressed: root.press()
 
-    HoverHandler {
-        id: hover
-    }
-    TapHandler {
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.press()
-    }
-
     Rectangle {
         anchors.fill: parent
-        visible: root.expanded || hover.hovered
+        visible: root.expanded || root.pointedAt
         color: root.expanded ? Theme.color.primary : Theme.color.surfaceContainer
     }
     StyledText {
