@@ -5,6 +5,7 @@
 
 #include "app/PixelGrid.h"
 
+#include <QImage>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
@@ -27,16 +28,27 @@ std::array<QRectF, 4> sides(const QRectF &rect, qreal width)
 
 } // namespace
 
-BoxNode::BoxNode(QQuickWindow &window)
+BoxNode::BoxNode(QQuickWindow &window) : m_window(window)
 {
-    if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
-        m_painted = new PaintedRects(window);
-        appendChildNode(m_painted);
-        return;
+    const bool software =
+        window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
+    add(m_fill, software);
+    for (Part &line : m_lines) {
+        add(line, software);
     }
-    for (QSGRectangleNode *&each : m_rectangles) {
-        each = window.createRectangleNode();
-        appendChildNode(each);
+}
+
+void BoxNode::add(Part &part, bool asPicture)
+{
+    if (asPicture) {
+        part.picture = m_window.createImageNode();
+        part.picture->setOwnsTexture(true);
+        part.picture->setFiltering(QSGTexture::Nearest);
+        paint(part, part.pictureColor);
+        appendChildNode(part.picture);
+    } else {
+        part.rectangle = m_window.createRectangleNode();
+        appendChildNode(part.rectangle);
     }
 }
 
@@ -55,24 +67,36 @@ void BoxNode::place(const QPointF &origin)
 {
     const QRectF rect =
         pixelgrid::aligned(m_look.rect.translated(origin), m_look.scale).translated(-origin);
-    PaintedRects::Rects rects;
-    if (m_look.fill.alpha() > 0) {
-        rects[0] = {rect, m_look.fill};
+    draw(m_fill, rect, m_look.fill);
+    const auto lines = sides(rect, pixelgrid::thickness(m_look.lineWidth, m_look.scale));
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        draw(m_lines[i], lines[i], m_look.line);
     }
-    if (m_look.line.alpha() > 0 && m_look.lineWidth > 0) {
-        const auto lines = sides(rect, pixelgrid::thickness(m_look.lineWidth, m_look.scale));
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            rects[i + 1] = {lines[i], m_look.line};
-        }
-    }
-    if (m_painted) {
-        m_painted->setRects(rects);
+}
+
+void BoxNode::draw(Part &part, const QRectF &rect, const QColor &color)
+{
+    const QRectF seen = color.alpha() > 0 && !rect.isEmpty() ? rect : QRectF();
+    if (part.rectangle) {
+        part.rectangle->setRect(seen);
+        part.rectangle->setColor(color);
         return;
     }
-    for (std::size_t i = 0; i < rects.size(); ++i) {
-        m_rectangles[i]->setRect(rects[i].place);
-        m_rectangles[i]->setColor(rects[i].color);
+    if (part.pictureColor != color) {
+        paint(part, color);
     }
+    part.picture->setRect(seen);
+}
+
+void BoxNode::paint(Part &part, const QColor &color)
+{
+    // The pixel that is not shown makes it a picture with transparency.
+    QImage image(2, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    image.setPixelColor(0, 0, color);
+    part.picture->setTexture(m_window.createTextureFromImage(image));
+    part.picture->setSourceRect(QRectF(0, 0, 1, 1));
+    part.pictureColor = color;
 }
 
 } // namespace quillmark

@@ -3,18 +3,25 @@
 
 #pragma once
 
-#include "app/PaintedRects.h"
 #include "app/SnappedNode.h"
 
 #include <QColor>
 #include <QRectF>
+#include <QSGImageNode>
 #include <QSGRectangleNode>
 
 #include <array>
 
+class QQuickWindow;
+
 namespace quillmark {
 
 /// How a Box is drawn: a fill and four lines.
+///
+/// The software renderer takes rectangles, where opaque, for covering whole units. Off them,
+/// as at a fractional scale factor, what is below would not be drawn up to their edges, or
+/// drawn over them. With it the parts are stretched pictures, which are never taken for
+/// opaque.
 class BoxNode : public SnappedNode
 {
 public:
@@ -36,10 +43,20 @@ protected:
     void place(const QPointF &origin) override;
 
 private:
-    /// The one with the software renderer, the others with any other. Owned as children.
-    PaintedRects *m_painted = nullptr;
-    std::array<QSGRectangleNode *, std::tuple_size_v<PaintedRects::Rects>> m_rectangles{};
+    /// One of the two, owned as a child.
+    struct Part {
+        QSGRectangleNode *rectangle = nullptr;
+        QSGImageNode *picture = nullptr;
+        QColor pictureColor = Qt::transparent;
+    };
+    void add(Part &part, bool asPicture);
+    void draw(Part &part, const QRectF &rect, const QColor &color);
+    void paint(Part &part, const QColor &color);
+
+    QQuickWindow &m_window;
     Look m_look;
+    Part m_fill;
+    std::array<Part, 4> m_lines;
 };
 
 } // namespace quillmark

@@ -107,7 +107,7 @@ protected:
     }
     QString after(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        EXPECT_TRUE(m_model.moveByKey(key, modifiers.toInt()));
+        EXPECT_TRUE(m_model.moveByKey(key, static_cast<int>(modifiers.toInt())));
         return m_model.current();
     }
 

@@ -113,6 +113,21 @@ TestCase {
         Item {
             width: 300
             height: 100
+            Box {
+                anchors.fill: parent
+                color: Theme.color.surfaceContainerLow
+            }
+            // Nothing of these changes.
+            StyledText {
+                x: 190
+                y: 40
+                text: "Unchanged"
+            }
+            Divider {
+                x: 190
+                y: 36.3
+                width: 90
+            }
             DatePicker {
                 objectName: "picker"
                 x: 20.3
