@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "app/ChooserRequest.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -10,12 +12,17 @@
 #include <QWindow>
 #include <QtQml/qqmlregistration.h>
 
+#include <memory>
+
 class QFileDialog;
 
 namespace quillmark {
 
+class PortalChooser;
+
 /// The platform's chooser for one folder or one picture, modal to a window: the desktop's
-/// own where it has one, the widget library's in the program's colours elsewhere.
+/// own where it has one (its portal, or what Qt's platform theme brings), the widget library's
+/// in the program's colours elsewhere, or where the desktop's fails to open.
 class FileChooser : public QObject
 {
     Q_OBJECT
@@ -34,6 +41,8 @@ public:
 
     /// Shows the chooser and returns at once. While it is shown, it is brought to the front.
     Q_INVOKABLE void open();
+    /// Takes the chooser away, as if the user had cancelled.
+    Q_INVOKABLE void close();
 
 Q_SIGNALS:
     void changed();
@@ -41,14 +50,18 @@ Q_SIGNALS:
     void chosen(const QUrl &location);
 
 private:
+    ChooserRequest request() const;
+    void openPortal();
+    void openDialog();
+    void endPortal();
     void takeChoice(int result);
-    QFileDialog *makeDialog() const;
 
     Kind m_kind = Folder;
     QString m_acceptLabel;
     QUrl m_startFolder;
     QPointer<QWindow> m_parentWindow;
-    QPointer<QFileDialog> m_dialog; ///< deletes itself when it closes
+    std::unique_ptr<PortalChooser> m_portal; ///< while it is open
+    QPointer<QFileDialog> m_dialog;          ///< deletes itself when it closes
 };
 
 } // namespace quillmark

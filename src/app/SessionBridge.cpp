@@ -3,11 +3,11 @@
 
 #include "app/SessionBridge.h"
 
+#include "app/FileBrowser.h"
 #include "app/FileUrl.h"
 #include "base/PathText.h"
 #include "manual/ManualEntryError.h"
 
-#include <QDesktopServices>
 #include <QMetaEnum>
 #include <QPointer>
 
@@ -219,7 +219,7 @@ void SessionBridge::reset()
 
 void SessionBridge::revealFolder()
 {
-    QDesktopServices::openUrl(folder());
+    showInFileBrowser(folder());
 }
 
 } // namespace quillmark

@@ -34,6 +34,17 @@ void chooseRenderer()
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
+/// Qt 6.4 crashes at the first text cursor where a Wayland compositor offers version 1 of the
+/// text input protocol but no input device, as one without a screen does. The compositors of
+/// desktops have later versions. Whoever names the protocols through the environment gets them.
+void chooseTextInput()
+{
+    constexpr const char *variable = "QT_WAYLAND_TEXT_INPUT_PROTOCOL";
+    if (!qEnvironmentVariableIsSet(variable)) {
+        qputenv(variable, "qt_text_input_method_manager_v1;zwp_text_input_v2");
+    }
+}
+
 /// The configuration that exiftool needs stands in the resource bundle: without it nothing
 /// can be written, and nobody is to find that out after having dropped a roll.
 bool hasResources()
@@ -57,9 +68,11 @@ int main(int argc, char **argv)
     // A starter that ignores it passes that on, and the way in which exiftool ends is lost.
     std::signal(SIGCHLD, SIG_DFL);
     chooseRenderer();
+    chooseTextInput();
     // Widgets only for the file chooser; they cost next to nothing until it opens.
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
+    QApplication::setDesktopFileName(QStringLiteral("co.larkhollow.quillmark"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -10,7 +10,7 @@ import Quillmark
 FocusScope {
     id: root
 
-    readonly property alias hovered: drop.containsDrag
+    readonly property alias hovered: drop.hovered
 
     signal picked(url folder)
 
@@ -22,6 +22,13 @@ FocusScope {
     /// Opens the chooser.
     function choose(): void {
         chooser.open();
+    }
+
+    // Its question is answered once another screen is shown.
+    onEnabledChanged: {
+        if (!root.enabled) {
+            chooser.close();
+        }
     }
 
     Box {
@@ -75,20 +82,10 @@ FocusScope {
         }
     }
 
-    DropArea {
+    LocationDrop {
         id: drop
         anchors.fill: parent
-        keys: ["text/uri-list"]
-        onEntered: drag => drag.accepted = root.takes(drag.urls)
-        onDropped: drop => {
-            if (root.takes(drop.urls)) {
-                // A copy whatever the file browser proposes: nothing is to vanish there.
-                drop.accept(Qt.CopyAction);
-                root.picked(drop.urls[0]);
-            } else {
-                drop.accepted = false;
-            }
-        }
+        onDropped: location => root.picked(location)
     }
 
     FileChooser {
@@ -97,9 +94,5 @@ FocusScope {
         acceptLabel: "Ingest"
         parentWindow: root.Window.window
         onChosen: location => root.picked(location)
-    }
-
-    function takes(urls: list<url>): bool {
-        return urls.length > 0 && urls[0].toString().startsWith("file:");
     }
 }

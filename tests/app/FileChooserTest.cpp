@@ -104,6 +104,16 @@ TEST_F(FileChooserTest, saysNothingWhenCancelled)
     EXPECT_EQ(m_chosen.count(), 0);
 }
 
+TEST_F(FileChooserTest, saysNothingWhenClosed)
+{
+    m_chooser.close();
+    m_chooser.open();
+    ASSERT_NE(dialog(), nullptr);
+    m_chooser.close();
+    ASSERT_TRUE(isClosed());
+    EXPECT_EQ(m_chosen.count(), 0);
+}
+
 TEST_F(FileChooserTest, picksAPictureFromTheStartFolder)
 {
     const auto file = m_dir.write("Slate.JPG", "");

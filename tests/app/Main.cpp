@@ -15,9 +15,10 @@ Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
 
 int main(int argc, char **argv)
 {
-    // No display and none of the user's settings: every process has its own.
+    // No display, no desktop and none of the user's settings: every process has its own.
     const quillmark::test::TempDir home;
     ::setenv("XDG_CONFIG_HOME", home.path().c_str(), 1);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     ::setenv("QT_QUICK_BACKEND", "software", 1);
     const QApplication application(argc, argv);

@@ -6,7 +6,6 @@ usage: bench.py BUILD_FOLDER [FIGURE...]
 """
 
 import json
-import os
 import pathlib
 import re
 import statistics
@@ -14,6 +13,9 @@ import subprocess
 import sys
 import tempfile
 import time
+
+import window
+from display import VirtualDisplay
 
 PAIRS = 7
 FRAME = {"width": 6000, "height": 4000}  # 24 megapixels
@@ -25,10 +27,11 @@ class Bench:
         self.results = pathlib.Path(build).resolve() / "bench.json"
         self.rows = []
 
-    def tool(self, *arguments):
+    def tool(self, *arguments, env=None):
         """Runs a program of the build and gives the JSON that it prints."""
         command = [str(self.bin / arguments[0]), *map(str, arguments[1:])]
-        return json.loads(subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout)
+        answer = subprocess.run(command, check=True, stdout=subprocess.PIPE, env=env)
+        return json.loads(answer.stdout)
 
     def roll(self, folder, frames, megapixels=None, form="jpeg", **options):
         size = {"megapixels": megapixels} if megapixels else FRAME
@@ -39,12 +42,13 @@ class Bench:
         subprocess.run([*command, str(folder)], check=True, stdout=subprocess.DEVNULL)
         return sorted(pathlib.Path(folder).iterdir())
 
-    def add(self, what, measured, floor, figure, limit, unit="x"):
+    def add(self, what, measured, floor, figure, limit, unit="x", beside="floor"):
+        """Notes and prints a figure; `floor` is what it was measured beside, named `beside`."""
         self.rows.append(
-            {"what": what, "measured": measured, "floor": floor, "figure": round(figure, 3),
+            {"what": what, "measured": measured, beside: floor, "figure": round(figure, 3),
              "limit": round(limit, 3), "unit": unit, "met": figure <= limit})
         mark = "ok  " if figure <= limit else "OVER"
-        print(f"{mark} {what:<48} {measured:>12}  floor {floor:>12}  "
+        print(f"{mark} {what:<48} {measured:>12}  {beside:>9} {floor:>9}  "
               f"{figure:8.2f} {unit:<2}  at most {limit:.2f}", flush=True)
 
     def frame(self):
@@ -75,8 +79,7 @@ class Bench:
     def start(self):
         """The window's first frame against that of an empty QML window."""
         with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
-            environment = {**os.environ, "DISPLAY": display.name, "XDG_CONFIG_HOME": home,
-                           "QT_QPA_PLATFORM": "xcb",
+            environment = {**display.environment(home),
                            "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop=true"}
             ours, empty = self.bin / "quillmark", self.bin / "bench-empty-window"
             for program in (ours, empty):  # caches warm
@@ -94,22 +97,6 @@ class Bench:
         self.results.write_text(json.dumps(self.rows, indent=2) + "\n", encoding="utf-8")
         met = sum(row["met"] for row in self.rows)
         print(f"{met} of {len(self.rows)} figures met; written to {self.results.name}")
-
-
-class VirtualDisplay:
-    def __enter__(self):
-        read, write = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1600x1200x24", "-nolisten", "tcp"],
-            pass_fds=(write,), stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read, encoding="ascii") as answer:
-            self.name = f":{answer.readline().strip()}"
-        return self
-
-    def __exit__(self, *_):
-        self.server.terminate()
-        self.server.wait()
 
 
 def first_frame(program, environment):
@@ -137,7 +124,8 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     bench = Bench(sys.argv[1])
-    figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start}
+    figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start,
+               "screens": lambda: window.screens(bench), "response": lambda: window.response(bench)}
     for name in sys.argv[2:] or figures:
         figures[name]()
     bench.finish()

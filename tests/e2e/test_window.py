@@ -136,24 +136,6 @@ class Window(WindowCase):
 
         self.assert_tagged([roll / "frame-01.jpg"])
 
-    def test_folder_is_revealed_in_the_file_browser(self):
-        roll = self.make_roll("roll #1", 1, 1)
-        opened = self.desktop.folder("browser") / "opened"
-        browser = opened.parent / "xdg-open"
-        browser.write_text(f'#!/bin/sh\nprintf "%s" "$*" > "{opened}.new"\n'
-                           f'mv "{opened}.new" "{opened}"\n', encoding="utf-8")
-        browser.chmod(0o755)
-        path = f"{browser.parent}:{self.desktop.environment['PATH']}"
-        program = self.open(PATH=path)
-        self.drop_and_plan(program, roll)
-        self.embed(program)
-
-        program.press("REVEAL IN FINDER")
-
-        wait_until(opened.exists, "the file browser to be asked")
-        self.assertEqual(opened.read_text(encoding="utf-8"), roll.as_uri())
-        self.assertIn("METADATA EMBEDDED", program.texts())
-
 
 if __name__ == "__main__":
     unittest.main()

@@ -6,6 +6,8 @@ The source's side of the XDND protocol, version 5 (freedesktop.org), under a rea
 the button goes down on a small window, and the pointer carries the drag from there.
 """
 
+import os
+
 from Xlib import X, Xatom, display
 from Xlib.protocol import event as events
 
@@ -50,6 +52,8 @@ class Drag:
         if self._target:
             self.leave()
         self._window.destroy()
+        # A server forgets what a client that has gone still had to say.
+        self._display.sync()
         self._display.close()
 
     @property
@@ -201,13 +205,8 @@ def file_drag(screen, *files):
     urls = [file.as_uri() for file in files]
     return Drag(screen, {
         "text/uri-list": "".join(f"{url}\r\n" for url in urls).encode("ascii"),
-        "text/plain": "\n".join(str(file) for file in files).encode(),
+        "text/plain": b"\n".join(os.fsencode(file) for file in files),
     })
-
-
-def text_drag(screen, text):
-    """A drag of a marked piece of text."""
-    return Drag(screen, {"UTF8_STRING": text.encode(), "text/plain": text.encode()})
 
 
 def drop_files(screen, window, *files):

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The program under test, running on a desktop."""
 
+import itertools
 import os
 import pathlib
 
@@ -9,6 +10,7 @@ from . import accessible, processes
 from .waiting import DEADLINE, wait_until
 
 TITLE = "Quillmark"
+_numbers = itertools.count(1)
 
 
 def build_folder():
@@ -27,7 +29,7 @@ class Program:
     def __init__(self, desktop, executable=None, environment=None, wrapper=()):
         self._desktop = desktop
         self._screen = desktop.screen
-        self._log = "program"
+        self._log = f"program-{next(_numbers)}"
         executable = executable or build_folder() / "bin" / "quillmark"
         with desktop.log_file(self._log) as log:
             self._process = processes.start(
@@ -55,6 +57,11 @@ class Program:
 
     def stop(self):
         processes.stop(self._process)
+
+    @property
+    def output(self):
+        """What it has written to its standard output and error."""
+        return self._desktop.log(self._log)
 
     # --- the window ----------------------------------------------------------------
 
@@ -196,4 +203,4 @@ class Program:
         state = "running" if self.is_running else f"ended with {self._process.returncode}"
         shown = "It is not in the accessibility tree." if tree is None else tree.dump()
         return (f"The program is {state}. {shown}\n{self._screen.describe()}\n"
-                f"{self._desktop.log(self._log)}")
+                f"{self.output}")

@@ -61,6 +61,10 @@ class Screen:
         place = self._root.translate_coords(resource, 0, 0)
         return place.x, place.y, size.width, size.height
 
+    def window_class(self, window):
+        """The two names by which desktops know a window's program: instance and class."""
+        return tuple(self._property(self._resource(window), "WM_CLASS").decode().split("\0")[:2])
+
     def close_window(self, window):
         """Asks for a window to be closed, as its frame's close button does."""
         self._ask_window_manager(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2])
