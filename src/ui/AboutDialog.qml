@@ -22,7 +22,7 @@ Overlay {
     }
     Rectangle {
         anchors.fill: parent
-        color: Qt.alpha(Theme.color.background, 0.7)
+        color: Qt.alpha(Theme.color.background, 0.5)
     }
 
     Box {

@@ -14,13 +14,6 @@ FocusScope {
 
     signal picked(url folder)
 
-    // Its question is answered once another screen is shown.
-    onEnabledChanged: {
-        if (!root.enabled) {
-            chooser.close();
-        }
-    }
-
     /// Gives the focus to the main action, wherever it was on this screen.
     function startOver(): void {
         button.focus = true;
@@ -29,6 +22,13 @@ FocusScope {
     /// Opens the chooser.
     function choose(): void {
         chooser.open();
+    }
+
+    // Its question is answered once another screen is shown.
+    onEnabledChanged: {
+        if (!root.enabled) {
+            chooser.close();
+        }
     }
 
     Box {
