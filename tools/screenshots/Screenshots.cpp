@@ -198,8 +198,8 @@ std::optional<Options> parseOptions()
     parser.addHelpOption();
     parser.addOption({QStringLiteral("frame"), QStringLiteral("What stands beside the form."),
                       QStringLiteral("file")});
-    parser.addOption({QStringLiteral("overlong"),
-                      QStringLiteral("Overlong texts in the smallest window.")});
+    parser.addOption(
+        {QStringLiteral("overlong"), QStringLiteral("Overlong texts in the smallest window.")});
     parser.addOption({QStringLiteral("suffix"), QStringLiteral("Ends the pictures' names."),
                       QStringLiteral("text")});
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("Where to."));
