@@ -138,7 +138,8 @@ def main():
     figures = {"frame": bench.frame, "memory": bench.memory, "picture": bench.picture,
                "run": bench.run, "start": bench.start,
                "screens": lambda: window.screens(bench),
-               "response": lambda: window.response(bench)}
+               "response": lambda: window.response(bench),
+               "spinner": lambda: window.spinner(bench)}
     for name in sys.argv[2:] or figures:
         figures[name]()
     bench.finish()

@@ -16,6 +16,8 @@ SWITCHES = 5
 OPENINGS = 3
 FILES = 500
 FRAME = 16  # ms, at 60 frames a second
+WATCHED = 4  # seconds
+SPINNER = 3  # per cent of a core
 PROMPT = 50  # ms until an event is handled
 
 
@@ -64,6 +66,21 @@ def response(bench):
         measure("100 MP frames are scanned", "scan", [large] * OPENINGS)
         measure("a 100 MP slate photo opens", "photo", large_frames * OPENINGS)
         measure(f"{FILES} files are written", "run", [many])
+
+
+def spinner(bench):
+    """What part of a core the scanning screen takes, beside the idle one."""
+    with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
+        environment = display.environment(home)
+
+        def share(screen):
+            return statistics.median(
+                bench.tool("bench-spinner", screen, WATCHED, env=environment)["core_percent"]
+                for _ in range(OPENINGS))
+
+        turning, still = share("scanning"), share("idle")
+    bench.add("processor time while the spinner turns", f"{turning:.2f} %", f"{still:.2f} %",
+              turning, SPINNER, "%", beside="idle")
 
 
 def multiply(frame, count):
