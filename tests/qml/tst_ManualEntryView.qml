@@ -136,6 +136,46 @@ ScreenTest {
         verify(!Qt.colorEqual(date.parent.border.color, Theme.color.tertiary));
     }
 
+    function test_whatIsNoDayIsNotSubmitted_data() {
+        return [{tag: "short", text: "2026-5-1"}, {tag: "no such day", text: "2026-13-45"},
+                {tag: "nothing", text: ""}];
+    }
+    function test_whatIsNoDayIsNotSubmitted(data) {
+        show({});
+        fillIn();
+        const date = inputs()[12];
+        const toggle = all("DATE").find(each => each.toggled);
+        toggle.press();
+        date.forceActiveFocus();
+        date.text = data.text;
+        compare(date.Accessible.description, "Type a day as yyyy-MM-dd");
+        inputs()[0].forceActiveFocus(); // restores what was there
+        compare(date.Accessible.description, "");
+        date.text = data.text;
+        verify(button("EMBED METADATA  →").enabled);
+        click("EMBED METADATA  →");
+        compare(item.last, null);
+        verify(date.activeFocus);
+        compare(date.selectedText, data.text);
+        verify(place(date).y > place(label("02 / MANUAL ENTRY")).y);
+        verify(place(date).y + date.height < place(button("CANCEL")).y);
+        date.text = "2026-05-01";
+        compare(date.Accessible.description, "");
+        click("EMBED METADATA  →");
+        compare(item.last.dateText, "2026-05-01");
+    }
+
+    function test_whatIsNoDayDoesNotMatterWithoutADate() {
+        show({});
+        fillIn();
+        all("DATE").find(each => each.toggled).press();
+        inputs()[12].text = "2026-5-1";
+        all("DATE").find(each => each.toggled).press();
+        compare(inputs()[12].Accessible.description, "");
+        click("EMBED METADATA  →");
+        compare(item.last.includeDate, false);
+    }
+
     function test_layout() {
         show({});
         const make = place(label("MAKE *"));
