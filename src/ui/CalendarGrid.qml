@@ -21,9 +21,6 @@ FocusScope {
     implicitWidth: grid.implicitWidth
     implicitHeight: grid.y + grid.implicitHeight
 
-    Accessible.role: Accessible.Table
-    Accessible.name: root.model.title
-
     Keys.onPressed: event => event.accepted = root.model.moveByKey(event.key, event.modifiers)
 
     Connections {
@@ -35,33 +32,42 @@ FocusScope {
         }
     }
 
-    Row {
-        Repeater {
-            model: root.model.weekdays
+    // The table is not the scope, which would say that it has the keyboard beside its day.
+    Item {
+        anchors.fill: parent
 
-            LabelText {
-                required property string modelData
+        Accessible.role: Accessible.Table
+        Accessible.name: root.model.title
+        Accessible.ignored: !root.visible
 
-                width: 32
-                text: modelData.toUpperCase()
-                tracking: 0.5
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignHCenter
+        Row {
+            Repeater {
+                model: root.model.weekdays
+
+                LabelText {
+                    required property string modelData
+
+                    width: 32
+                    text: modelData.toUpperCase()
+                    tracking: 0.5
+                    elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignHCenter
+                }
             }
         }
-    }
-    Grid {
-        id: grid
-        y: 24
-        columns: 7
+        Grid {
+            id: grid
+            y: 24
+            columns: 7
 
-        Repeater {
-            id: days
-            model: root.model
+            Repeater {
+                id: days
+                model: root.model
 
-            CalendarDay {
-                id: cell
-                onClicked: root.picked(cell.day)
+                CalendarDay {
+                    id: cell
+                    onClicked: root.picked(cell.day)
+                }
             }
         }
     }

@@ -58,6 +58,8 @@ class Calendar(WindowCase):
         program.find("May 2026", TABLE)
         first = self.day(program, "Friday, 1 May 2026")
         self.wait_until_focused(program, first.name)
+        self.assertEqual([item.name for item in program.shown() if "focused" in item.states],
+                         [first.name])
         self.assertIn("selected", first.states)
         other = self.day(program, "Wednesday, 20 May 2026")
         self.assertIn("selectable", other.states)
