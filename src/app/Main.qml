@@ -42,7 +42,7 @@ Window {
     FocusKeeper {
         activeItem: root.activeFocusItem
         within: content
-        active: !root.covered
+        active: root.active && !root.covered
         onNowhereToGo: content.takeFocus()
     }
 

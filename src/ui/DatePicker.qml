@@ -24,7 +24,9 @@ TextEntry {
     function close(): void {
         if (root.opened) {
             calendar.source = "";
-            root.takeFocus();
+            if (root.enabled && root.visible) {
+                root.takeFocus();
+            }
         }
     }
 

@@ -134,6 +134,26 @@ TEST_F(Focus, isNotLostWhenItsControlIsDisabled)
     EXPECT_EQ(focusedName(), QStringLiteral("CANCEL"));
 }
 
+TEST_F(Focus, isNotLostWithTheCalendarOfAFieldThatIsDisabled)
+{
+    showForm();
+    const auto toggle = one(QStringLiteral("DATE"), QAccessible::CheckBox);
+    press(toggle);
+    press(one(QStringLiteral("Choose a date"), QAccessible::Button));
+    ASSERT_EQ(focused()->role(), QAccessible::Cell);
+    press(toggle);
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        const auto all = everything();
+        return std::any_of(all.begin(), all.end(),
+                           [](QAccessibleInterface *each) { return each->state().focused; });
+    }));
+    EXPECT_FALSE(focused()->state().disabled);
+    key(Qt::Key_Tab);
+    EXPECT_FALSE(focused()->state().disabled);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(m_session->screen(), Screen::Idle) << "the keyboard is on the form";
+}
+
 TEST_F(Focus, leavesTheMenuWithTheWindow)
 {
     key(Qt::Key_F10);
