@@ -65,6 +65,7 @@ Item {
         description: root.acceptable ? "" : "Type a day as yyyy-MM-dd"
         onEdited: text => root.form.setDateText(text)
         onPicked: day => root.form.setDateText(day)
+        onOpening: root.entered()
         onInputFocusChanged: {
             if (entry.inputFocus) {
                 root.entered();

@@ -13,11 +13,14 @@ TextEntry {
 
     readonly property bool opened: calendar.popup !== null
 
+    /// The calendar is about to open beside the field, which is to be in sight.
+    signal opening
     /// A day was picked in the calendar.
     signal picked(string day)
 
     function open(): void {
         if (root.enabled && root.visible && !root.opened) {
+            root.opening();
             calendar.setSource("CalendarPopup.qml", {field: root, chosen: root.value});
         }
     }

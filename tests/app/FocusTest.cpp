@@ -154,6 +154,23 @@ TEST_F(Focus, isNotLostWithTheCalendarOfAFieldThatIsDisabled)
     EXPECT_EQ(m_session->screen(), Screen::Idle) << "the keyboard is on the form";
 }
 
+TEST_F(Focus, theCalendarStaysBelowTheMenuBar)
+{
+    const QRect bar = one(QStringLiteral("Quillmark"), QAccessible::MenuItem)->parent()->rect();
+    m_window->resize(720, 560 + bar.height());
+    showForm();
+    press(one(QStringLiteral("DATE"), QAccessible::CheckBox));
+    auto *form = m_window->findChild<QObject *>(QStringLiteral("flickable"));
+    for (int y = 0; y < form->property("contentHeight").toInt() - 300; y += 8) {
+        form->setProperty("contentY", y);
+        press(one(QStringLiteral("Choose a date"), QAccessible::Button));
+        const QRect heading = one(QStringLiteral("Previous year"), QAccessible::Button)->rect();
+        EXPECT_GT(heading.top() - 12, bar.bottom()) << y;
+        EXPECT_LT(focused()->parent()->rect().bottom() + 12, bar.top() + m_window->height()) << y;
+        key(Qt::Key_Escape);
+    }
+}
+
 TEST_F(Focus, leavesTheMenuWithTheWindow)
 {
     key(Qt::Key_F10);

@@ -314,6 +314,8 @@ ScreenTest {
             {tag: "beside", x: 40, y: 260},
             {tag: "right edge", x: 480, y: 40},
             {tag: "lower right corner", x: 480, y: 520},
+            {tag: "out of sight below", x: 40, y: 900},
+            {tag: "out of sight above", x: 40, y: -400},
         ];
     }
     function test_staysInTheWindow(data) {

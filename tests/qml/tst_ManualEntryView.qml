@@ -196,6 +196,24 @@ ScreenTest {
         verify(place(inputs()[0]).y > place(label("02 / MANUAL ENTRY")).y);
     }
 
+    function test_theDateIsSeenBesideItsCalendar() {
+        show({width: 720 - 80, height: 560 - 80});
+        all("DATE").find(each => each.toggled).press();
+        const date = inputs()[12];
+        date.forceActiveFocus();
+        findChild(item, "flickable").contentY = 0;
+        verify(place(date).y > item.height, "scrolled away");
+        keyClick(Qt.Key_F4);
+        verify(place(date).y + date.height < place(button("CANCEL")).y);
+        const panel = findChild(root.Window.contentItem, "panel");
+        const at = panel.mapToItem(root.Window.contentItem, 0, 0);
+        verify(at.y >= 8 && at.y + panel.height <= root.Window.contentItem.height - 8);
+        const field = date.parent.mapToItem(root.Window.contentItem, 0, 0);
+        verify(at.y + panel.height <= field.y || at.y >= field.y + date.parent.height
+               || at.x >= field.x + date.parent.width);
+        keyClick(Qt.Key_Escape);
+    }
+
     function test_tabGoesThroughTheFields() {
         show({});
         inputs()[0].forceActiveFocus();
