@@ -12,7 +12,7 @@ FocusScope {
 
     required property CalendarModel model
 
-    signal picked(string day)
+    signal picked(string day, Item cell)
 
     function focusCurrent(): void {
         days.itemAt(root.model.currentPlace).forceActiveFocus();
@@ -66,7 +66,7 @@ FocusScope {
 
                 CalendarDay {
                     id: cell
-                    onClicked: root.picked(cell.day)
+                    onClicked: root.picked(cell.day, cell)
                 }
             }
         }

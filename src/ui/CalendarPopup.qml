@@ -18,7 +18,8 @@ FocusScope {
 
     property bool shown: false
 
-    signal picked(string day)
+    /// A day was picked, in that place.
+    signal picked(string day, Item cell)
     signal dismissed
 
     function show(): void {
@@ -103,7 +104,7 @@ FocusScope {
             CalendarGrid {
                 id: grid
                 model: days
-                onPicked: day => root.picked(day)
+                onPicked: (day, cell) => root.picked(day, cell)
                 Keys.onTabPressed: heading.enterForwards()
                 Keys.onBacktabPressed: heading.enterBackwards()
             }

@@ -87,10 +87,18 @@ TextEntry {
             function onDismissed(): void {
                 root.close();
             }
-            function onPicked(day: string): void {
+            function onPicked(day: string, cell: Item): void {
+                if (!Keyboard.inUse) {
+                    shield.cover(cell);
+                }
                 root.picked(day);
                 root.close();
             }
         }
+    }
+
+    ClickShield {
+        id: shield
+        parent: root.Window.contentItem
     }
 }

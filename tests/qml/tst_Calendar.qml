@@ -222,6 +222,32 @@ ScreenTest {
         verify(input().activeFocus);
     }
 
+    function test_aDoubleClickDoesNotFallThrough() {
+        mouseClick(named("Choose a date"));
+        const at = day("2026-05-20").mapToItem(root, 16, 16);
+        const below = createTemporaryObject(under, item, {
+            x: at.x - 50, y: at.y - 50, width: 100, height: 100
+        });
+        mouseClick(root, at.x, at.y);
+        compare(item.day, "2026-05-20");
+        mouseClick(root, at.x, at.y);
+        compare(below.presses, 0);
+        verify(input().activeFocus);
+        mouseClick(root, at.x + 40, at.y + 40);
+        compare(below.presses, 1, "beside it");
+        tryVerify(() => {
+            mouseClick(root, at.x, at.y);
+            return below.presses > 1;
+        }, 5000, "later");
+    }
+    Component {
+        id: under
+        MouseArea {
+            property int presses: 0
+            onPressed: ++presses
+        }
+    }
+
     function test_aClickChoosesADayOfAnotherMonth() {
         mouseClick(named("Choose a date"));
         mouseClick(days()[0]);
