@@ -84,10 +84,10 @@ Window {
         width: root.width
         enabled: !about.shown
         onScreenShown: {
-            if (root.covered) {
-                menu.forgetReturn();
-                about.forgetReturn();
-            } else {
+            menu.forgetReturn();
+            menu.close();
+            about.forgetReturn();
+            if (!about.shown) {
                 content.takeFocus();
             }
         }

@@ -21,6 +21,8 @@ FocusScope {
     /// A day was picked, in that place.
     signal picked(string day, Item cell)
     signal dismissed
+    /// Something else has taken the keyboard.
+    signal abandoned
 
     function show(): void {
         root.place();
@@ -55,6 +57,11 @@ FocusScope {
         panel.y = Math.max(top, Math.min(y, root.height - panel.height - 8));
     }
 
+    onActiveFocusChanged: {
+        if (root.shown && !root.activeFocus && root.Window.active) {
+            root.abandoned();
+        }
+    }
     onWidthChanged: root.dismissOnceShown()
     onHeightChanged: root.dismissOnceShown()
 

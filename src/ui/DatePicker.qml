@@ -87,6 +87,11 @@ TextEntry {
             function onDismissed(): void {
                 root.close();
             }
+            function onAbandoned(): void {
+                // For when the keyboard comes back.
+                root.input.focus = root.enabled;
+                calendar.source = "";
+            }
             function onPicked(day: string, cell: Item): void {
                 if (!Keyboard.inUse) {
                     shield.cover(cell);
