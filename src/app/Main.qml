@@ -46,6 +46,11 @@ Window {
         onNowhereToGo: content.takeFocus()
     }
 
+    ModalState {
+        id: modal
+        window: root
+    }
+
     WindowActions {
         id: actions
         onAboutRequested: about.open()
@@ -63,7 +68,7 @@ Window {
     }
     Shortcut {
         sequences: ["F10", "Alt+Q"]
-        enabled: !about.shown
+        enabled: bar.enabled
         onActivated: menu.shown ? menu.close() : menu.open()
     }
 
@@ -71,7 +76,7 @@ Window {
         id: bar
         objectName: "menuBar"
         width: root.width
-        enabled: !about.shown
+        enabled: !about.shown && !modal.blocked
         text: "Quillmark"
         open: menu.shown
         onOpened: menu.open()

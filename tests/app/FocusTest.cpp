@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -238,6 +239,31 @@ TEST_F(Focus, theChooserOpensWithItsKeysOnTheIdleScreenOnly)
     key(Qt::Key_O, Qt::ControlModifier);
     EXPECT_TRUE(choosers().isEmpty()) << "the dialog is open";
     closeChoosers();
+}
+
+TEST_F(Focus, theMenuStaysShutWhileTheChooserIsOpen)
+{
+    auto *title = one(QStringLiteral("Quillmark"), QAccessible::MenuItem);
+    press(one(QStringLiteral("CHOOSE FOLDER"), QAccessible::Button));
+    ASSERT_EQ(choosers().size(), 1);
+    EXPECT_TRUE(title->state().disabled);
+    press(title);
+    EXPECT_TRUE(all(QStringLiteral("Quillmark"), QAccessible::PopupMenu).isEmpty());
+    closeChoosers();
+    EXPECT_FALSE(title->state().disabled);
+    press(title);
+    EXPECT_FALSE(all(QStringLiteral("Quillmark"), QAccessible::PopupMenu).isEmpty());
+}
+
+TEST_F(Focus, theChooserIsLeftWithTheKeysThatQuit)
+{
+    const QSignalSpy exits(&m_engine, &QQmlEngine::exit);
+    key(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_EQ(choosers().size(), 1);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(choosers().first()));
+    QTest::keyClick(choosers().first(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(choosers().isEmpty());
+    EXPECT_EQ(exits.count(), 1);
 }
 
 TEST_F(Focus, staysForTheWindowToComeBackTo)
