@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QShortcut>
 #include <QStandardPaths>
 #include <QTreeView>
 
@@ -175,9 +176,20 @@ void FileChooser::openDialog()
     m_dialog = makeDialog(request());
     // Not urlSelected(): only the desktop's own choosers say that.
     connect(m_dialog, &QFileDialog::finished, this, &FileChooser::takeChoice);
+    // The program's own keys reach no window that a dialog is modal to.
+    connect(new QShortcut(QKeySequence(QStringLiteral("Ctrl+Q")), m_dialog), &QShortcut::activated,
+            this, &FileChooser::quit);
     m_dialog->winId(); // makes the window, which can then be told whom it belongs to
     m_dialog->windowHandle()->setTransientParent(m_parentWindow);
     m_dialog->open();
+}
+
+void FileChooser::quit()
+{
+    close();
+    if (m_parentWindow) {
+        m_parentWindow->close();
+    }
 }
 
 void FileChooser::takeChoice(int result)

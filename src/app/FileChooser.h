@@ -54,6 +54,7 @@ private:
     void openPortal();
     void openDialog();
     void endPortal();
+    void quit();
     void takeChoice(int result);
 
     Kind m_kind = Folder;

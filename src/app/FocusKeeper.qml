@@ -13,21 +13,21 @@ Timer {
     /// Where the keyboard is, and where it may be brought.
     required property Item activeItem
     required property Item within
-    /// Off while somebody else sees to it.
+    /// Off while somebody else sees to it, or the window has no keyboard at all.
     property bool active: true
 
-    /// The item that had the keyboard last, as long as there is one.
+    /// The item in there that had the keyboard last, as long as there is one.
     property Item last: null
-    // A disabled item loses the keyboard, a hidden one keeps it.
-    readonly property bool hidden: root.activeItem !== null && !root.activeItem.visible
+    // A disabled item mostly loses the keyboard, a hidden one keeps it.
+    readonly property bool useless:
+        root.activeItem !== null && !(root.activeItem.visible && root.activeItem.enabled)
 
     /// There is no neighbour.
     signal nowhereToGo
 
     function isAstray(): bool {
-        return root.hidden || root.activeItem instanceof Loader
-               || root.activeItem instanceof FocusScope
-               || (root.activeItem !== null && root.activeItem.parent === null);
+        return root.activeItem === null || root.useless || root.activeItem.parent === null
+               || root.activeItem instanceof Loader || root.activeItem instanceof FocusScope;
     }
     function isWithin(item: Item): bool {
         let each = item;
@@ -64,15 +64,20 @@ Timer {
     interval: 0
     onTriggered: root.bringBack()
 
-    onHiddenChanged: {
-        if (root.hidden) {
+    onUselessChanged: {
+        if (root.useless) {
+            root.start();
+        }
+    }
+    onActiveChanged: {
+        if (root.active && root.isAstray()) {
             root.start();
         }
     }
     onActiveItemChanged: {
         if (root.isAstray()) {
             root.start();
-        } else {
+        } else if (root.isWithin(root.activeItem)) {
             root.last = root.activeItem;
         }
     }

@@ -42,8 +42,13 @@ Window {
     FocusKeeper {
         activeItem: root.activeFocusItem
         within: content
-        active: !root.covered
+        active: root.active && !root.covered
         onNowhereToGo: content.takeFocus()
+    }
+
+    ModalState {
+        id: modal
+        window: root
     }
 
     WindowActions {
@@ -63,7 +68,7 @@ Window {
     }
     Shortcut {
         sequences: ["F10", "Alt+Q"]
-        enabled: !about.shown
+        enabled: bar.enabled
         onActivated: menu.shown ? menu.close() : menu.open()
     }
 
@@ -71,7 +76,7 @@ Window {
         id: bar
         objectName: "menuBar"
         width: root.width
-        enabled: !about.shown
+        enabled: !about.shown && !modal.blocked
         text: "Quillmark"
         open: menu.shown
         onOpened: menu.open()
@@ -84,10 +89,10 @@ Window {
         width: root.width
         enabled: !about.shown
         onScreenShown: {
-            if (root.covered) {
-                menu.forgetReturn();
-                about.forgetReturn();
-            } else {
+            menu.forgetReturn();
+            menu.close();
+            about.forgetReturn();
+            if (!about.shown) {
                 content.takeFocus();
             }
         }

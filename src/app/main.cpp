@@ -16,7 +16,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <thread>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
 
@@ -37,13 +39,30 @@ void chooseRenderer()
 /// Qt 6.4 crashes at the first text cursor where a Wayland compositor offers version 1 of the
 /// text input protocol but no input device, as one without a screen does. The compositors of
 /// desktops have later versions. Whoever names the protocols through the environment gets them.
-void chooseTextInput()
+///
+/// Stands for the time in which the application is made: what the program starts is to find
+/// the environment as it was.
+class TextInputChoice
 {
-    constexpr const char *variable = "QT_WAYLAND_TEXT_INPUT_PROTOCOL";
-    if (!qEnvironmentVariableIsSet(variable)) {
-        qputenv(variable, "qt_text_input_method_manager_v1;zwp_text_input_v2");
+public:
+    TextInputChoice()
+    {
+        if (m_ours) {
+            qputenv(variable, "qt_text_input_method_manager_v1;zwp_text_input_v2");
+        }
     }
-}
+    ~TextInputChoice()
+    {
+        if (m_ours) {
+            qunsetenv(variable);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(TextInputChoice)
+
+private:
+    static constexpr const char *variable = "QT_WAYLAND_TEXT_INPUT_PROTOCOL";
+    const bool m_ours = !qEnvironmentVariableIsSet(variable);
+};
 
 /// The configuration that exiftool needs stands in the resource bundle: without it nothing
 /// can be written, and nobody is to find that out after having dropped a roll.
@@ -68,9 +87,10 @@ int main(int argc, char **argv)
     // A starter that ignores it passes that on, and the way in which exiftool ends is lost.
     std::signal(SIGCHLD, SIG_DFL);
     chooseRenderer();
-    chooseTextInput();
+    std::optional<TextInputChoice> textInput(std::in_place);
     // Widgets only for the file chooser; they cost next to nothing until it opens.
     QApplication application(argc, argv);
+    textInput.reset();
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
     QApplication::setDesktopFileName(QStringLiteral("co.larkhollow.quillmark"));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));

@@ -12,7 +12,7 @@ FocusScope {
 
     required property CalendarModel model
 
-    signal picked(string day)
+    signal picked(string day, Item cell)
 
     function focusCurrent(): void {
         days.itemAt(root.model.currentPlace).forceActiveFocus();
@@ -20,9 +20,6 @@ FocusScope {
 
     implicitWidth: grid.implicitWidth
     implicitHeight: grid.y + grid.implicitHeight
-
-    Accessible.role: Accessible.Table
-    Accessible.name: root.model.title
 
     Keys.onPressed: event => event.accepted = root.model.moveByKey(event.key, event.modifiers)
 
@@ -35,33 +32,42 @@ FocusScope {
         }
     }
 
-    Row {
-        Repeater {
-            model: root.model.weekdays
+    // The table is not the scope, which would say that it has the keyboard beside its day.
+    Item {
+        anchors.fill: parent
 
-            LabelText {
-                required property string modelData
+        Accessible.role: Accessible.Table
+        Accessible.name: root.model.title
+        Accessible.ignored: !root.visible
 
-                width: 32
-                text: modelData.toUpperCase()
-                tracking: 0.5
-                elide: Text.ElideRight
-                horizontalAlignment: Text.AlignHCenter
+        Row {
+            Repeater {
+                model: root.model.weekdays
+
+                LabelText {
+                    required property string modelData
+
+                    width: 32
+                    text: modelData.toUpperCase()
+                    tracking: 0.5
+                    elide: Text.ElideRight
+                    horizontalAlignment: Text.AlignHCenter
+                }
             }
         }
-    }
-    Grid {
-        id: grid
-        y: 24
-        columns: 7
+        Grid {
+            id: grid
+            y: 24
+            columns: 7
 
-        Repeater {
-            id: days
-            model: root.model
+            Repeater {
+                id: days
+                model: root.model
 
-            CalendarDay {
-                id: cell
-                onClicked: root.picked(cell.day)
+                CalendarDay {
+                    id: cell
+                    onClicked: root.picked(cell.day, cell)
+                }
             }
         }
     }

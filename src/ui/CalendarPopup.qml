@@ -18,8 +18,11 @@ FocusScope {
 
     property bool shown: false
 
-    signal picked(string day)
+    /// A day was picked, in that place.
+    signal picked(string day, Item cell)
     signal dismissed
+    /// Something else has taken the keyboard.
+    signal abandoned
 
     function show(): void {
         root.place();
@@ -32,18 +35,33 @@ FocusScope {
             root.dismissed();
         }
     }
+    /// Where the part of the window begins that the field is in: below a menu bar.
+    function topEdge(): real {
+        let part = root.field;
+        while (part.parent && part.parent !== root.Window.contentItem) {
+            part = part.parent;
+        }
+        return Math.max(0, part.y);
+    }
     /// Below the field where there is room, else above it, else beside it.
     function place(): void {
+        const top = root.topEdge() + 8;
         const at = root.field.mapToItem(root, 0, 0);
         const below = at.y + root.field.height + 4;
         const above = at.y - panel.height - 4;
         const fitsBelow = below + panel.height + 8 <= root.height;
-        const beside = !fitsBelow && above < 8;
+        const beside = !fitsBelow && above < top;
         const x = beside ? at.x + root.field.width + 4 : at.x;
         panel.x = Math.max(8, Math.min(x, root.width - panel.width - 8));
-        panel.y = fitsBelow ? below : Math.max(8, beside ? root.height - panel.height - 8 : above);
+        const y = fitsBelow || beside ? below : above;
+        panel.y = Math.max(top, Math.min(y, root.height - panel.height - 8));
     }
 
+    onActiveFocusChanged: {
+        if (root.shown && !root.activeFocus && root.Window.active) {
+            root.abandoned();
+        }
+    }
     onWidthChanged: root.dismissOnceShown()
     onHeightChanged: root.dismissOnceShown()
 
@@ -93,7 +111,7 @@ FocusScope {
             CalendarGrid {
                 id: grid
                 model: days
-                onPicked: day => root.picked(day)
+                onPicked: (day, cell) => root.picked(day, cell)
                 Keys.onTabPressed: heading.enterForwards()
                 Keys.onBacktabPressed: heading.enterBackwards()
             }

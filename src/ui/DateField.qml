@@ -14,9 +14,18 @@ Item {
     required property ManualEntryForm form
 
     readonly property bool narrow: root.width < entry.rowX + entry.implicitWidth
+    /// Off while there is to be a date and what is typed is no day.
+    readonly property bool acceptable: !root.form.includeDate || entry.acceptable
     readonly property real headHeight: Math.max(include.height, label.height)
 
     signal entered
+
+    /// Brings the keyboard to what is typed, for it to be typed anew.
+    function correct(): void {
+        entry.takeFocus();
+        entry.input.selectAll();
+        root.entered();
+    }
 
     implicitWidth: entry.rowX + entry.implicitWidth
     implicitHeight: root.narrow ? root.headHeight + 8 + entry.height : entry.height
@@ -53,8 +62,10 @@ Item {
         name: "DATE"
         value: root.form.dateText
         acceptable: entry.text === root.form.dateText
+        description: root.acceptable ? "" : "Type a day as yyyy-MM-dd"
         onEdited: text => root.form.setDateText(text)
         onPicked: day => root.form.setDateText(day)
+        onOpening: root.entered()
         onInputFocusChanged: {
             if (entry.inputFocus) {
                 root.entered();

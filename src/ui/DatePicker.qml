@@ -13,18 +13,23 @@ TextEntry {
 
     readonly property bool opened: calendar.popup !== null
 
+    /// The calendar is about to open beside the field, which is to be in sight.
+    signal opening
     /// A day was picked in the calendar.
     signal picked(string day)
 
     function open(): void {
         if (root.enabled && root.visible && !root.opened) {
+            root.opening();
             calendar.setSource("CalendarPopup.qml", {field: root, chosen: root.value});
         }
     }
     function close(): void {
         if (root.opened) {
             calendar.source = "";
-            root.takeFocus();
+            if (root.enabled && root.visible) {
+                root.takeFocus();
+            }
         }
     }
 
@@ -82,10 +87,23 @@ TextEntry {
             function onDismissed(): void {
                 root.close();
             }
-            function onPicked(day: string): void {
+            function onAbandoned(): void {
+                // For when the keyboard comes back.
+                root.input.focus = root.enabled;
+                calendar.source = "";
+            }
+            function onPicked(day: string, cell: Item): void {
+                if (!Keyboard.inUse) {
+                    shield.cover(cell);
+                }
                 root.picked(day);
                 root.close();
             }
         }
+    }
+
+    ClickShield {
+        id: shield
+        parent: root.Window.contentItem
     }
 }

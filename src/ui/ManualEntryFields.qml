@@ -15,6 +15,7 @@ ScrollPanel {
     /// What is said of the first field beside its name: where it is.
     property string description: ""
     readonly property alias firstField: make.input
+    readonly property alias date: date
 
     component Field: FormField {
         id: field

@@ -20,6 +20,16 @@ ColumnLayout {
     signal cancelled
     signal submitted(ManualEntryForm form)
 
+    /// Not while the date says one thing and the draft another: a press on the button leaves the
+    /// keyboard, and with it what is typed, in the field.
+    function submitDraft(): void {
+        if (fields.date.acceptable) {
+            root.submitted(form);
+        } else {
+            fields.date.correct();
+        }
+    }
+
     spacing: 24
 
     Keys.onEscapePressed: root.cancelled()
@@ -86,7 +96,7 @@ ColumnLayout {
             id: submit
             text: "EMBED METADATA  \u2192"
             enabled: form.isValid
-            onClicked: root.submitted(form)
+            onClicked: root.submitDraft()
 
             Accessible.description: step.text + "\n" + root.folderName
         }

@@ -19,6 +19,7 @@ Rectangle {
     implicitHeight: title.implicitHeight + line.height
     color: Theme.color.background
 
+    // Without a name: the title of its one menu says what it is, and would be said twice.
     Accessible.role: Accessible.MenuBar
     Accessible.ignored: !root.visible
 

@@ -13,13 +13,17 @@ Item {
 
     required property Flickable flickable
 
+    /// How far the content goes, and how far the thumb goes with it.
+    readonly property real range:
+        Math.max(0, root.flickable.contentHeight - root.flickable.height)
+    readonly property real travel: Math.max(0, root.height - thumb.height)
+
     function scrollTo(y: real): void {
-        root.flickable.contentY = Math.max(0, Math.min(
-            root.flickable.contentHeight - root.flickable.height, y));
+        root.flickable.contentY = Math.max(0, Math.min(root.range, y));
     }
 
     width: 10
-    visible: root.flickable.contentHeight > root.flickable.height
+    visible: root.range > 0
     opacity: root.enabled ? 1.0 : Theme.disabledOpacity
 
     Accessible.role: Accessible.ScrollBar
@@ -39,9 +43,10 @@ Item {
     Pill {
         id: thumb
         x: 3
-        y: root.flickable.visibleArea.yPosition * root.height
+        objectName: "thumb"
+        y: root.range > 0 ? root.travel * root.flickable.contentY / root.range : 0
         width: 4
-        height: Math.max(24, root.flickable.visibleArea.heightRatio * root.height)
+        height: Math.min(root.height, Math.max(24, root.flickable.visibleArea.heightRatio * root.height))
         color: press.active || drag.active ? Theme.color.primary
                : hover.hovered ? Theme.color.onSurface
                : Theme.color.onSurfaceVariant
@@ -59,7 +64,10 @@ Item {
         target: null
         property real startY: 0
         onActiveChanged: drag.startY = root.flickable.contentY
-        onTranslationChanged: root.scrollTo(
-            drag.startY + drag.translation.y * root.flickable.contentHeight / root.height)
+        onTranslationChanged: {
+            if (root.travel > 0) {
+                root.scrollTo(drag.startY + drag.translation.y * root.range / root.travel);
+            }
+        }
     }
 }

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -134,6 +135,43 @@ TEST_F(Focus, isNotLostWhenItsControlIsDisabled)
     EXPECT_EQ(focusedName(), QStringLiteral("CANCEL"));
 }
 
+TEST_F(Focus, isNotLostWithTheCalendarOfAFieldThatIsDisabled)
+{
+    showForm();
+    const auto toggle = one(QStringLiteral("DATE"), QAccessible::CheckBox);
+    press(toggle);
+    press(one(QStringLiteral("Choose a date"), QAccessible::Button));
+    ASSERT_EQ(focused()->role(), QAccessible::Cell);
+    press(toggle);
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        const auto all = everything();
+        return std::any_of(all.begin(), all.end(),
+                           [](QAccessibleInterface *each) { return each->state().focused; });
+    }));
+    EXPECT_FALSE(focused()->state().disabled);
+    key(Qt::Key_Tab);
+    EXPECT_FALSE(focused()->state().disabled);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(m_session->screen(), Screen::Idle) << "the keyboard is on the form";
+}
+
+TEST_F(Focus, theCalendarStaysBelowTheMenuBar)
+{
+    const QRect bar = one(QStringLiteral("Quillmark"), QAccessible::MenuItem)->parent()->rect();
+    m_window->resize(720, 560 + bar.height());
+    showForm();
+    press(one(QStringLiteral("DATE"), QAccessible::CheckBox));
+    auto *form = m_window->findChild<QObject *>(QStringLiteral("flickable"));
+    for (int y = 0; y < form->property("contentHeight").toInt() - 300; y += 8) {
+        form->setProperty("contentY", y);
+        press(one(QStringLiteral("Choose a date"), QAccessible::Button));
+        const QRect heading = one(QStringLiteral("Previous year"), QAccessible::Button)->rect();
+        EXPECT_GT(heading.top() - 12, bar.bottom()) << y;
+        EXPECT_LT(focused()->parent()->rect().bottom() + 12, bar.top() + m_window->height()) << y;
+        key(Qt::Key_Escape);
+    }
+}
+
 TEST_F(Focus, leavesTheMenuWithTheWindow)
 {
     key(Qt::Key_F10);
@@ -201,6 +239,31 @@ TEST_F(Focus, theChooserOpensWithItsKeysOnTheIdleScreenOnly)
     key(Qt::Key_O, Qt::ControlModifier);
     EXPECT_TRUE(choosers().isEmpty()) << "the dialog is open";
     closeChoosers();
+}
+
+TEST_F(Focus, theMenuStaysShutWhileTheChooserIsOpen)
+{
+    auto *title = one(QStringLiteral("Quillmark"), QAccessible::MenuItem);
+    press(one(QStringLiteral("CHOOSE FOLDER"), QAccessible::Button));
+    ASSERT_EQ(choosers().size(), 1);
+    EXPECT_TRUE(title->state().disabled);
+    press(title);
+    EXPECT_TRUE(all(QStringLiteral("Quillmark"), QAccessible::PopupMenu).isEmpty());
+    closeChoosers();
+    EXPECT_FALSE(title->state().disabled);
+    press(title);
+    EXPECT_FALSE(all(QStringLiteral("Quillmark"), QAccessible::PopupMenu).isEmpty());
+}
+
+TEST_F(Focus, theChooserIsLeftWithTheKeysThatQuit)
+{
+    const QSignalSpy exits(&m_engine, &QQmlEngine::exit);
+    key(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_EQ(choosers().size(), 1);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(choosers().first()));
+    QTest::keyClick(choosers().first(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(choosers().isEmpty());
+    EXPECT_EQ(exits.count(), 1);
 }
 
 TEST_F(Focus, staysForTheWindowToComeBackTo)

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace quillmark {
 namespace {
 
@@ -200,13 +202,32 @@ TEST_F(Menu, worksWithThePointer)
     EXPECT_TRUE(aboutIsShown());
 }
 
-TEST_F(Menu, leavesTheKeyboardToAScreenThatCameMeanwhile)
+TEST_F(Menu, closesWhenAnotherScreenComes)
 {
     key(Qt::Key_F10);
     setState(Session::Done{});
-    EXPECT_EQ(focusedName(), aboutItem);
-    key(Qt::Key_Escape);
+    EXPECT_FALSE(isOpen());
     EXPECT_EQ(focusedName(), QStringLiteral("INGEST ANOTHER  →"));
+}
+
+TEST_F(Menu, takesThePlaceOfTheCalendar)
+{
+    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
+    press(one(QStringLiteral("DATE"), QAccessible::CheckBox));
+    press(one(QStringLiteral("Choose a date"), QAccessible::Button));
+    ASSERT_EQ(focused()->role(), QAccessible::Cell);
+    press(title());
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(focusedName(), aboutItem);
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        const auto all = everything();
+        return std::none_of(all.begin(), all.end(), [](QAccessibleInterface *each) {
+            return each->role() == QAccessible::Cell;
+        });
+    }));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(focusedName(), QStringLiteral("DATE"));
+    EXPECT_EQ(focused()->role(), QAccessible::EditableText);
 }
 
 TEST_F(Menu, aboutSaysWhatTheProgramIs)

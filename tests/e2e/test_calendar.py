@@ -7,11 +7,14 @@ import unittest
 from harness import rolls, tags
 from harness.accessible import BUTTON
 from harness.case import WindowCase
-from harness.waiting import wait_until
+from harness.events import Events
+from harness.waiting import WORK_DEADLINE, wait_until
 
 CELL = "table cell"
 TABLE = "table"
 OPEN = "Choose a date"
+EMBED = "EMBED METADATA  →"
+DESCRIBED = "object:property-change:accessible-description"
 REQUIRED = {"MAKE *": "Kestrel", "MODEL *": "K2", "BRAND *": "Vela", "STOCK *": "Nova 400",
             "ISO *": "400"}
 
@@ -55,6 +58,8 @@ class Calendar(WindowCase):
         program.find("May 2026", TABLE)
         first = self.day(program, "Friday, 1 May 2026")
         self.wait_until_focused(program, first.name)
+        self.assertEqual([item.name for item in program.shown() if "focused" in item.states],
+                         [first.name])
         self.assertIn("selected", first.states)
         other = self.day(program, "Wednesday, 20 May 2026")
         self.assertIn("selectable", other.states)
@@ -67,6 +72,37 @@ class Calendar(WindowCase):
         wait_until(lambda: "focused" in field.states, "the keyboard to come back")
         self.embed(program)
         self.assertEqual(self.written_date(), "2026-05-20")
+
+    def test_what_is_no_day_is_not_embedded(self):
+        program = self.open_form()
+        field = program.field("DATE")
+        wrong = "Type a day as yyyy-MM-dd"
+
+        with Events(program, DESCRIBED) as events:
+            program.type_into("DATE", "2026-5-1")
+            events.wait_for(DESCRIBED, "DATE", 0)
+            self.assertEqual(field.description, wrong)
+            events.forget()
+            self.screen.click(*program.find(EMBED, BUTTON).centre)
+            wait_until(lambda: field.selected_text == "2026-5-1", "the day to be asked for again")
+            program.fill("DATE", "2026-13-45")
+            program.field("MAKE *").focus()
+            wait_until(lambda: field.content == "2026-05-01", "the last day to come back")
+            program.fill("DATE", "2026-13-45")
+            program.press(EMBED)
+            program.wait_for_focus("DATE")
+            wait_until(lambda: field.selected_text == "2026-13-45", "the day to be asked for again")
+            self.assertTrue(field.is_shown)
+            self.assertFalse((self.roll / "_originals").exists())
+            self.assertNotIn("XMP-quillmark:Date", tags.read_tags(rolls.frames(self.roll))[0])
+            events.forget()
+            self.screen.type("2026-05-02")
+            events.wait_for(DESCRIBED, "DATE", 0)
+            self.assertEqual(field.description, "")
+
+        self.screen.click(*program.find(EMBED, BUTTON).centre)
+        program.wait_for("METADATA EMBEDDED", WORK_DEADLINE)
+        self.assertEqual(self.written_date(), "2026-05-02")
 
     def test_day_chosen_on_the_keyboard_is_embedded(self):
         program = self.open_form()

@@ -114,6 +114,15 @@ class Choosers(WindowCase):
         escape("CHANGE", USE)
         self.assertIn("frame-01.jpg", program.texts())
 
+    def test_keys_quit_from_the_chooser(self):
+        program = self.open()
+        program.press("CHOOSE FOLDER")
+        self.wait_for_keyboard(program, INGEST)
+
+        self.screen.key("ctrl+q")
+
+        self.assertEqual(program.wait_for_end(), 0)
+
     def test_chooser_opens_once(self):
         program = self.open()
         program.press("CHOOSE FOLDER")

@@ -138,6 +138,28 @@ class Ingest(WindowCase):
         self.assertEqual(len(calls.read_text(encoding="ascii")), 1)
         self.assert_tagged(rolls.frames(roll))
 
+    def test_exiftool_finds_the_environment_as_it_was(self):
+        found = self.place / "environment"
+        script = f'env > "{found}"; exec /usr/bin/exiftool "$@"'
+        program = self.open(install(self.desktop.folder("prefix"), script), MARKED="yes")
+        self.drop_and_plan(program, self.make_roll())
+        self.embed(program)
+
+        lines = found.read_text(encoding="utf-8").splitlines()
+        self.assertIn("MARKED=yes", lines)
+        self.assertFalse([line for line in lines if "TEXT_INPUT" in line])
+
+    def test_text_input_that_was_asked_for_stays(self):
+        found = self.place / "environment"
+        script = f'env > "{found}"; exec /usr/bin/exiftool "$@"'
+        program = self.open(install(self.desktop.folder("prefix"), script),
+                            QT_WAYLAND_TEXT_INPUT_PROTOCOL="zwp_text_input_v2")
+        self.drop_and_plan(program, self.make_roll())
+        self.embed(program)
+
+        self.assertIn("QT_WAYLAND_TEXT_INPUT_PROTOCOL=zwp_text_input_v2",
+                      found.read_text(encoding="utf-8").splitlines())
+
     def test_subfolders_are_taken_on_request(self):
         roll = self.make_roll("box", 1, 0)
         self.make_roll("box/strip", 2, 1)

@@ -112,6 +112,34 @@ ScreenTest {
         root.verify([1, 3, 5].every(from => Math.abs(part(found, from) - part(wanted, from)) <= 1),
                     what + ": " + found + ", not " + wanted);
     }
+    /// A panel that is scrolled changes no pixel above or below its place.
+    function checkClips(flickable: Flickable): void {
+        const pane = root.place(flickable);
+        const range = flickable.contentHeight - flickable.height;
+        root.verify(range > 0, "there is something to scroll");
+        const before = root.picture;
+        const rows = [];
+        for (let i = 0; i < 24; ++i) {
+            rows.push(Math.round(pane.y) - 1 - i, Math.round(root.bottomOf(pane)) + i);
+        }
+        const seen = rows.filter(y => y >= 0 && y < before.height);
+        root.verify(seen.length >= 24);
+        let changed = false;
+        for (const y of [7, range / 3, range / 2, range - 5, range]) {
+            flickable.contentY = y;
+            const after = root.grabImage(root.item);
+            for (let x = Math.ceil(pane.x); x < root.rightOf(pane) - 1; x += 2) {
+                for (const row of seen) {
+                    if (!Qt.colorEqual(after.pixel(x, row), before.pixel(x, row))) {
+                        root.fail("at " + x + ", " + row + ", scrolled by " + y);
+                    }
+                }
+                changed = changed || !Qt.colorEqual(after.pixel(x, Math.round(pane.y) + 30),
+                                                    before.pixel(x, Math.round(pane.y) + 30));
+            }
+        }
+        root.verify(changed, "it has scrolled");
+    }
     /// All pixels along the edge of a box are of one colour, and those inside of it of another.
     function checkFrame(box: rect, border: string, fill: string, what: string): void {
         const left = Math.round(box.x);

@@ -5,124 +5,11 @@ import QtQuick
 import QtTest
 import Quillmark
 
-/// The calendar of a date field.
-ScreenTest {
+/// What a calendar shows, and how one goes about in it.
+CalendarTest {
     id: root
 
     name: "Calendar"
-    width: 640
-    height: 560
-    screen: Component {
-        Item {
-            id: panel
-
-            property string day: "2026-05-01"
-            property int escapes: 0
-
-            Shortcut {
-                sequence: "Escape"
-                onActivated: ++panel.escapes
-            }
-            DatePicker {
-                objectName: "picker"
-                x: 40
-                y: 40
-                width: 160
-                name: "DATE"
-                value: panel.day
-                onPicked: day => panel.day = day
-            }
-            OutlinedButton {
-                objectName: "elsewhere"
-                x: 40
-                y: 480
-                text: "ELSEWHERE"
-            }
-        }
-    }
-
-    function init(): void {
-        show({});
-        mouseClick(item, 1, 1);
-    }
-
-    function picker(): Item {
-        return findChild(item, "picker");
-    }
-    function input(): Item {
-        return findChild(picker(), "input");
-    }
-    /// The whole window: a calendar lies over the screen, not in it.
-    function content(): Item {
-        return root.Window.contentItem;
-    }
-    function find(accept: var): var {
-        const found = [];
-        const open = [content()];
-        while (open.length > 0) {
-            const next = open.pop();
-            if (next.visible) {
-                if (accept(next)) {
-                    found.push(next);
-                }
-                open.push(...Array.from(next.children));
-            }
-        }
-        return found;
-    }
-    function days(): var {
-        return find(each => each.isChosen !== undefined).sort((a, b) => a.index - b.index);
-    }
-    function day(iso: string): Item {
-        const found = days().filter(each => each.day === iso);
-        compare(found.length, 1, iso);
-        return found[0];
-    }
-    function named(text: string): Item {
-        const found = find(each => each.text === text && each.clicked !== undefined);
-        compare(found.length, 1, text);
-        return found[0];
-    }
-    function shown(text: string): bool {
-        return find(each => each.text === text && each.lineCount !== undefined).length > 0;
-    }
-    function calendar(): Item {
-        return find(each => each.objectName === "panel")[0];
-    }
-    function openByKey(): void {
-        input().forceActiveFocus();
-        keyClick(Qt.Key_Down);
-        verify(picker().opened);
-    }
-    function current(): string {
-        const found = days().filter(each => each.activeFocus);
-        compare(found.length, 1, "one day has the focus");
-        return found[0].day;
-    }
-
-    function test_keysOpenIt_data() {
-        return [
-            {tag: "Down", key: Qt.Key_Down, modifiers: Qt.NoModifier},
-            {tag: "Alt+Down", key: Qt.Key_Down, modifiers: Qt.AltModifier},
-            {tag: "F4", key: Qt.Key_F4, modifiers: Qt.NoModifier},
-        ];
-    }
-    function test_keysOpenIt(data) {
-        verify(!picker().opened);
-        compare(days().length, 0);
-        input().forceActiveFocus();
-        keyClick(data.key, data.modifiers);
-        verify(picker().opened);
-        compare(days().length, 42);
-        compare(current(), "2026-05-01");
-        verify(shown("MAY 2026"));
-    }
-
-    function test_buttonOpensIt() {
-        mouseClick(named("Choose a date"));
-        verify(picker().opened);
-        compare(current(), "2026-05-01");
-    }
 
     function test_keysMove_data() {
         return [
@@ -167,18 +54,6 @@ ScreenTest {
         verify(input().activeFocus);
     }
 
-    function test_escapeOnlyCloses() {
-        openByKey();
-        keyClick(Qt.Key_Right);
-        keyClick(Qt.Key_Escape);
-        verify(!picker().opened);
-        compare(item.day, "2026-05-01");
-        compare(item.escapes, 0);
-        verify(input().activeFocus);
-        keyClick(Qt.Key_Escape);
-        compare(item.escapes, 1, "the screen's again");
-    }
-
     function test_tabStaysInIt() {
         openByKey();
         const round = ["Previous year", "Previous month", "Next month", "Next year"];
@@ -212,30 +87,6 @@ ScreenTest {
         keyClick(Qt.Key_Space);
         verify(named(data.tag).activeFocus, "and keep the focus");
         verify(!shown(data.title));
-    }
-
-    function test_aClickChooses() {
-        mouseClick(named("Choose a date"));
-        mouseClick(day("2026-05-20"));
-        compare(item.day, "2026-05-20");
-        verify(!picker().opened);
-        verify(input().activeFocus);
-    }
-
-    function test_aClickChoosesADayOfAnotherMonth() {
-        mouseClick(named("Choose a date"));
-        mouseClick(days()[0]);
-        compare(item.day.slice(0, 7), "2026-04");
-    }
-
-    function test_aPressOutsideCloses() {
-        openByKey();
-        mouseClick(findChild(item, "elsewhere"));
-        verify(!picker().opened);
-        compare(item.day, "2026-05-01");
-        openByKey();
-        mouseClick(calendar(), 3, 3);
-        verify(picker().opened, "its own edge is not outside");
     }
 
     function test_looks() {
@@ -280,58 +131,6 @@ ScreenTest {
         compare(current(), "2024-02-29");
         keyClick(Qt.Key_PageDown, Qt.ShiftModifier);
         compare(current(), "2025-02-28");
-    }
-
-    function test_closesWithItsField_data() {
-        return [{tag: "enabled"}, {tag: "visible"}];
-    }
-    function test_closesWithItsField(data) {
-        openByKey();
-        picker()[data.tag] = false;
-        verify(!picker().opened);
-        tryVerify(() => days().length === 0);
-        picker().open();
-        verify(!picker().opened);
-    }
-
-    function test_closesWhenTheWindowChangesItsSize() {
-        openByKey();
-        root.Window.window.width += 20;
-        tryVerify(() => !picker().opened);
-        root.Window.window.width -= 20;
-    }
-
-    function test_goesWithItsField() {
-        openByKey();
-        item.destroy();
-        tryVerify(() => days().length === 0);
-    }
-
-    function test_staysInTheWindow_data() {
-        return [
-            {tag: "below", x: 40, y: 40, above: false},
-            {tag: "above", x: 40, y: 500, above: true},
-            {tag: "beside", x: 40, y: 260},
-            {tag: "right edge", x: 480, y: 40},
-            {tag: "lower right corner", x: 480, y: 520},
-        ];
-    }
-    function test_staysInTheWindow(data) {
-        picker().x = data.x;
-        picker().y = data.y;
-        openByKey();
-        const it = calendar();
-        const at = it.mapToItem(content(), 0, 0);
-        verify(at.x >= 0 && at.y >= 0);
-        verify(at.x + it.width <= content().width && at.y + it.height <= content().height);
-        const field = picker().mapToItem(content(), 0, 0);
-        if (data.above === false) {
-            verify(at.y >= field.y + picker().height);
-        } else if (data.above) {
-            verify(at.y + it.height <= field.y);
-        } else if (data.tag === "beside") {
-            verify(at.x >= field.x + picker().width);
-        }
     }
 
     function test_typingStillWorks() {

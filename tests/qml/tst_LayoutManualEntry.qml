@@ -167,6 +167,12 @@ LayoutTest {
         verify(!shows("CHANGE"));
     }
 
+    function test_scrolledFormKeepsInItsPane_data() { return sizes.slice(0, 2); }
+    function test_scrolledFormKeepsInItsPane(size) {
+        showAt(size, {});
+        checkClips(findChild(item, "flickable"));
+    }
+
     function test_photoIsNamed_data() { return sizes; }
     function test_photoIsNamed(size) {
         const name = "m".repeat(100) + " " + "w".repeat(95) + ".tif";

@@ -37,6 +37,15 @@ LayoutTest {
         }
     }
 
+    ListModel {
+        id: many
+        Component.onCompleted: {
+            for (let i = 0; i < 40; ++i) {
+                many.append({label: "LABEL", value: "Value " + i});
+            }
+        }
+    }
+
     /// The panels, by the titles in them.
     function panel(title: string): rect {
         return place(clipping(label(title)));
@@ -144,6 +153,12 @@ LayoutTest {
         near(rightOf(buttonBox(embed)), item.width, "trailing edge");
         near(bottomOf(buttonBox(embed)), item.height, "bottom");
         checkSameMiddle(buttonBox("CANCEL"), buttonBox(embed), "middle");
+    }
+
+    function test_scrolledPayloadKeepsInItsPanel_data() { return sizes.slice(0, 2); }
+    function test_scrolledPayloadKeepsInItsPanel(size) {
+        showAt(size, {rows: many});
+        checkClips(findChild(item, "flickable"));
     }
 
     function test_overlongTexts_data() { return sizes; }

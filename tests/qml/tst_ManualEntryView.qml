@@ -136,6 +136,46 @@ ScreenTest {
         verify(!Qt.colorEqual(date.parent.border.color, Theme.color.tertiary));
     }
 
+    function test_whatIsNoDayIsNotSubmitted_data() {
+        return [{tag: "short", text: "2026-5-1"}, {tag: "no such day", text: "2026-13-45"},
+                {tag: "nothing", text: ""}];
+    }
+    function test_whatIsNoDayIsNotSubmitted(data) {
+        show({});
+        fillIn();
+        const date = inputs()[12];
+        const toggle = all("DATE").find(each => each.toggled);
+        toggle.press();
+        date.forceActiveFocus();
+        date.text = data.text;
+        compare(date.Accessible.description, "Type a day as yyyy-MM-dd");
+        inputs()[0].forceActiveFocus(); // restores what was there
+        compare(date.Accessible.description, "");
+        date.text = data.text;
+        verify(button("EMBED METADATA  →").enabled);
+        click("EMBED METADATA  →");
+        compare(item.last, null);
+        verify(date.activeFocus);
+        compare(date.selectedText, data.text);
+        verify(place(date).y > place(label("02 / MANUAL ENTRY")).y);
+        verify(place(date).y + date.height < place(button("CANCEL")).y);
+        date.text = "2026-05-01";
+        compare(date.Accessible.description, "");
+        click("EMBED METADATA  →");
+        compare(item.last.dateText, "2026-05-01");
+    }
+
+    function test_whatIsNoDayDoesNotMatterWithoutADate() {
+        show({});
+        fillIn();
+        all("DATE").find(each => each.toggled).press();
+        inputs()[12].text = "2026-5-1";
+        all("DATE").find(each => each.toggled).press();
+        compare(inputs()[12].Accessible.description, "");
+        click("EMBED METADATA  →");
+        compare(item.last.includeDate, false);
+    }
+
     function test_layout() {
         show({});
         const make = place(label("MAKE *"));
@@ -154,6 +194,24 @@ ScreenTest {
         verify(place(last).y + last.height < place(button("CANCEL")).y);
         inputs()[0].forceActiveFocus();
         verify(place(inputs()[0]).y > place(label("02 / MANUAL ENTRY")).y);
+    }
+
+    function test_theDateIsSeenBesideItsCalendar() {
+        show({width: 720 - 80, height: 560 - 80});
+        all("DATE").find(each => each.toggled).press();
+        const date = inputs()[12];
+        date.forceActiveFocus();
+        findChild(item, "flickable").contentY = 0;
+        verify(place(date).y > item.height, "scrolled away");
+        keyClick(Qt.Key_F4);
+        verify(place(date).y + date.height < place(button("CANCEL")).y);
+        const panel = findChild(root.Window.contentItem, "panel");
+        const at = panel.mapToItem(root.Window.contentItem, 0, 0);
+        verify(at.y >= 8 && at.y + panel.height <= root.Window.contentItem.height - 8);
+        const field = date.parent.mapToItem(root.Window.contentItem, 0, 0);
+        verify(at.y + panel.height <= field.y || at.y >= field.y + date.parent.height
+               || at.x >= field.x + date.parent.width);
+        keyClick(Qt.Key_Escape);
     }
 
     function test_tabGoesThroughTheFields() {
