@@ -70,7 +70,8 @@ Timer {
         }
     }
     onActiveChanged: {
-        if (root.active && root.isAstray()) {
+        // A window that has just come back is about to say where its keyboard is.
+        if (root.active && root.activeItem !== null && root.isAstray()) {
             root.start();
         }
     }

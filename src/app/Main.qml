@@ -42,7 +42,8 @@ Window {
     FocusKeeper {
         activeItem: root.activeFocusItem
         within: content
-        active: root.active && !root.covered
+        // A window counts as active while a dialog that belongs to it is.
+        active: root.active && !root.covered && !modal.blocked
         onNowhereToGo: content.takeFocus()
     }
 
