@@ -219,7 +219,7 @@ TEST_F(Window, controlsOfTheIdleScreenRestBehindTheOthers)
     });
     ASSERT_NE(inPlace, items.end());
     (*inPlace)->forceActiveFocus();
-    setState(Session::Ready{});
+    setState(Session::DetectionFailed{"/rolls/1", 1}); // whose main action starts no work
     QTest::keyClick(m_window.get(), Qt::Key_Space);
     EXPECT_EQ(m_session->viewModel().backupMode(), BackupMode::backupOriginals);
 
