@@ -3,6 +3,7 @@
 """Prints the program's figures beside their floors, as a table and as JSON.
 
 usage: bench.py BUILD_FOLDER [FIGURE...]
+       bench.py BUILD_FOLDER recall [SEED [FRAMES]] [OPTION...]
 """
 
 import json
@@ -14,6 +15,8 @@ import subprocess
 import sys
 import tempfile
 import time
+
+import recall
 
 PAIRS = 7
 FRAME = {"width": 6000, "height": 4000}  # 24 megapixels
@@ -136,6 +139,9 @@ def first_frame(program, environment):
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
+    if sys.argv[2:3] == ["recall"]:
+        recall.run(sys.argv[1], sys.argv[3:])
+        return
     bench = Bench(sys.argv[1])
     figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start}
     for name in sys.argv[2:] or figures:

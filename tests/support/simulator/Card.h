@@ -27,6 +27,19 @@ struct CardPose {
 /// to pixels.
 Homography projectionOf(const CardPose &pose, int codeSize);
 
+/// Where each point of a card lies in its frame.
+class CardGeometry
+{
+public:
+    CardGeometry(const CardPose &pose, int codeSize) : m_projection(projectionOf(pose, codeSize)) {}
+
+    /// Module coordinates to pixels.
+    Point map(Point module) const { return m_projection.map(module); }
+
+private:
+    Homography m_projection;
+};
+
 /// The corners of the code as seen, in the order of its own top left, top right, bottom
 /// right and bottom left.
 std::array<Point, 4> codeCorners(const CardPose &pose, int codeSize);
