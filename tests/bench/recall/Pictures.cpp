@@ -4,6 +4,7 @@
 #include "bench/recall/Pictures.h"
 
 #include "support/simulator/Oracle.h"
+#include "support/simulator/Photo.h"
 #include "support/simulator/Random.h"
 #include "support/simulator/TrialSet.h"
 
@@ -15,30 +16,37 @@
 namespace quillmark::bench {
 namespace {
 
-QString aboutCard(const test::SimulatedCard &card)
+QString about(int modules, double modulePixels)
 {
-    return QStringLiteral("%1 modules of %2 px, blur %3")
-        .arg(card.code.size)
-        .arg(card.pose.modulePixels, 0, 'f', 1)
-        .arg(card.blur, 0, 'f', 2);
+    return QStringLiteral("%1 modules of %2 px").arg(modules).arg(modulePixels, 0, 'f', 1);
 }
 
 Picture slate(std::uint64_t seed, int index)
 {
     const test::Trial trial = test::makeTrial(seed, index);
     const test::SimulatedCard &card = trial.frame.cards.front();
-    return {test::renderLuma(trial.frame), trial.payload, QStringLiteral("any"), aboutCard(card),
-            [card, negative = trial.frame.film.negative,
-             payload = trial.payload](const LumaImage &luma) {
-                return test::oracleReads(luma, card.code,
-                                         test::CardGeometry(card.pose, card.code.size), negative,
-                                         payload);
-            }};
+    Picture picture{test::storedLuma(trial.frame, trial.file), trial.payload,
+                    QString::fromLatin1(test::nameOf(trial.difficulty)),
+                    about(card.code.size, card.pose.modulePixels)};
+    picture.oracle = [trial](const LumaImage &luma) {
+        const test::SimulatedCard &slate = trial.frame.cards.front();
+        return test::oracleReads(luma, slate.code, test::geometryOf(trial.frame, slate),
+                                 trial.frame.film.negative, trial.payload);
+    };
+    return picture;
+}
+
+Picture photo(std::uint64_t seed, int index)
+{
+    test::Photo made = test::makePhoto(seed, index);
+    return {std::move(made.luma), made.content, QString::fromLatin1(test::nameOf(made.kind)),
+            about(made.modules, made.modulePixels)};
 }
 
 constexpr std::array clutters{
-    std::pair{test::Clutter::none, "landscape"}, std::pair{test::Clutter::buildings, "buildings"},
-    std::pair{test::Clutter::tiles, "tiles"}, std::pair{test::Clutter::print, "print"}};
+    std::pair{test::Clutter::none, "landscape"},  std::pair{test::Clutter::buildings, "buildings"},
+    std::pair{test::Clutter::tiles, "tiles"},     std::pair{test::Clutter::print, "print"},
+    std::pair{test::Clutter::checker, "checker"}, std::pair{test::Clutter::mosaic, "mosaic"}};
 
 Picture emptyFrame(std::uint64_t seed, int index, int width, int height)
 {
@@ -63,6 +71,9 @@ PictureSet pictureSet(std::string_view name)
 {
     if (name == "slates") {
         return slate;
+    }
+    if (name == "photos") {
+        return photo;
     }
     if (name == "empty") {
         return [](std::uint64_t seed, int index) { return emptyFrame(seed, index, 2400, 1600); };

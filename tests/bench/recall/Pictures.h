@@ -19,7 +19,7 @@ struct Picture {
     LumaImage luma;
     QByteArray content; ///< of the code in it; empty where there is none
     QString difficulty; ///< the row of the table that it counts for
-    QString about;      ///< what a developer wants to know of it, in a few words
+    QString about = {}; ///< what a developer wants to know of it, in a few words
     /// Whether the code can be read by somebody who knows where it is; not callable where
     /// nobody does.
     std::function<bool(const LumaImage &)> oracle = {};

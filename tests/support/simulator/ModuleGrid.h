@@ -4,7 +4,7 @@
 #pragma once
 
 #include "detection/FrameDecoder.h"
-#include "support/simulator/Card.h"
+#include "support/simulator/CardGeometry.h"
 
 #include <cstddef>
 #include <vector>

@@ -4,7 +4,8 @@
 #pragma once
 
 #include "detection/FrameDecoder.h"
-#include "support/simulator/Card.h"
+#include "support/simulator/CardGeometry.h"
+#include "support/simulator/QrMatrix.h"
 
 #include <QByteArray>
 
