@@ -4,7 +4,7 @@
 what can be read by somebody who knows where each module lies, and in what time.
 
 usage: bench.py BUILD_FOLDER recall [SEED [FRAMES]] [--empty N] [--photos N] [--large N]
-                                    [--lines] [--save SET INDEX FILE.jpg]
+                                    [--only READER...] [--lines] [--save SET INDEX FILE.jpg]
 """
 
 import argparse
@@ -31,7 +31,8 @@ class Recall:
         found, errors = [], []
 
         def gather(first):
-            command = [self.program, name, self.options.seed, first, processes, count]
+            command = [self.program, name, self.options.seed, first, processes, count,
+                       *self.options.only]
             with subprocess.Popen([str(word) for word in command], stdout=subprocess.PIPE,
                                   encoding="utf-8") as process:
                 for line in process.stdout:
@@ -162,6 +163,8 @@ def parse(arguments):
                         help="small photographs and screenshots of codes")
     parser.add_argument("--large", type=int, default=8, metavar="N",
                         help="frames of 24 megapixels without a code")
+    parser.add_argument("--only", nargs="+", default=[], metavar="READER",
+                        help="run these readers (and the oracle), not all of them")
     parser.add_argument("--lines", action="store_true", help="print each picture as one line")
     parser.add_argument("--save", nargs=3, metavar=("SET", "INDEX", "FILE"),
                         help="save a picture of the set slates, photos, empty or large, no more")

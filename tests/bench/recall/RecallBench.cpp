@@ -3,7 +3,8 @@
 
 // Which QR readers read which simulated pictures, and in what time. Prints one JSON object a
 // picture, as it goes.
-//   bench-recall SET SEED FIRST STEP END   pictures FIRST, FIRST + STEP and so on below END
+//   bench-recall SET SEED FIRST STEP END [READER...]
+//       pictures FIRST, FIRST + STEP and so on below END; all readers unless some are named
 //   bench-recall picture SET SEED INDEX FILE.jpg
 // The sets are slates, photos, empty and large.
 
@@ -18,10 +19,10 @@
 #include <QJsonObject>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -79,6 +80,16 @@ void savePicture(const Picture &picture, const char *file)
     test::writeJpeg(file, image, {.quality = 95});
 }
 
+/// Of those named, which is all where none is.
+std::vector<Reader> readersNamed(std::span<const std::string> names)
+{
+    std::vector<Reader> readers = allReaders();
+    std::erase_if(readers, [names](const Reader &reader) {
+        return !names.empty() && std::ranges::find(names, reader.name) == names.end();
+    });
+    return readers;
+}
+
 int run(const std::vector<std::string> &arguments)
 {
     if (arguments.size() == 5 && arguments[0] == "picture") {
@@ -86,13 +97,13 @@ int run(const std::vector<std::string> &arguments)
         savePicture(set(std::stoull(arguments[2]), std::stoi(arguments[3])), arguments[4].c_str());
         return EXIT_SUCCESS;
     }
-    if (arguments.size() != 5) {
-        throw std::invalid_argument("usage: bench-recall SET SEED FIRST STEP END | "
+    if (arguments.size() < 5) {
+        throw std::invalid_argument("usage: bench-recall SET SEED FIRST STEP END [READER...] | "
                                     "picture SET SEED INDEX FILE.jpg");
     }
     const PictureSet set = pictureSet(arguments[0]);
     const std::uint64_t seed = std::stoull(arguments[1]);
-    const std::vector<Reader> readers = allReaders();
+    const std::vector<Reader> readers = readersNamed(std::span(arguments).subspan(5));
     const int step = std::max(1, std::stoi(arguments[3]));
     for (int index = std::stoi(arguments[2]); index < std::stoi(arguments[4]); index += step) {
         printPicture(readers, set(seed, index), index);
