@@ -210,13 +210,18 @@ void makeNegative(Random &random, SimulatedFrame &frame, CardPose &pose, FrameFi
 void makeScreened(Random &random, SimulatedCard &card)
 {
     if (random.chance(0.5F)) {
+        // From fine print to newsprint, whose dots are as large as modules.
         card.sheet.surface = Surface::halftone;
-        card.sheet.pitch = random.between(0.3F, 1.1F);
-        card.sheet.inkShare = random.between(0.55F, 0.9F);
+        card.sheet.pitch = random.between(0.4F, 1.3F);
+        card.sheet.inkShare = random.between(0.5F, 0.85F);
     } else {
+        // Pixels of about the scan's own size give the coarsest moire, and are worst where
+        // a module has few of them.
         card.sheet.surface = Surface::display;
-        // Pixels of about the scan's own size give the coarsest moire.
-        card.sheet.pitch = random.between(0.8F, 2.2F) / card.pose.modulePixels;
+        card.pose.modulePixels =
+            std::min<double>(card.pose.modulePixels, random.between(2.2F, 6.0F));
+        const double pixels = random.between(0.9F, 3.0F);
+        card.sheet.pitch = std::min(pixels / card.pose.modulePixels, 1.0);
     }
 }
 
