@@ -139,10 +139,10 @@ def first_frame(program, environment):
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    if sys.argv[2:3] == ["recall"]:
-        recall.run(sys.argv[1], sys.argv[3:])
-        return
     bench = Bench(sys.argv[1])
+    if sys.argv[2:3] == ["recall"]:
+        recall.run(bench, sys.argv[3:])
+        return
     figures = {"frame": bench.frame, "memory": bench.memory, "run": bench.run, "start": bench.start}
     for name in sys.argv[2:] or figures:
         figures[name]()

@@ -9,7 +9,6 @@ usage: bench.py BUILD_FOLDER recall [SEED [FRAMES]] [--empty N] [--photos N] [--
 
 import argparse
 import json
-import pathlib
 import statistics
 import subprocess
 import threading
@@ -20,9 +19,9 @@ OURS = "quillmark"
 
 
 class Recall:
-    def __init__(self, build, options):
-        self.program = pathlib.Path(build).resolve() / "bin" / "bench-recall"
-        self.results = pathlib.Path(build).resolve() / "recall.json"
+    def __init__(self, bench, options):
+        self.program = bench.bin / "bench-recall"
+        self.results = bench.results.with_name("recall.json")
         self.options = options
         self.all = {}
 
@@ -112,6 +111,11 @@ def print_recall(title, pictures):
         if with_oracle:
             row.append(str(sum(picture[ORACLE] for picture in group)))
         rows.append(row)
+    row = ["wrong texts", ""]
+    for reader in readers:
+        got = outcomes(pictures, reader)
+        row.append("-" if got is None else str(sum(one["false"] for one in got)))
+    rows.append(row + (["-"] if with_oracle else []))
     for what, key in (("mean ms", "ms"), ("mean processor ms", "cpu_ms")):
         row = [what, ""]
         for reader in readers:
@@ -171,9 +175,9 @@ def parse(arguments):
     return parser.parse_args(arguments)
 
 
-def run(build, arguments):
+def run(bench, arguments):
     options = parse(arguments)
-    recall = Recall(build, options)
+    recall = Recall(bench, options)
     if options.save:
         recall.save(*options.save)
         return
@@ -190,4 +194,7 @@ def run(build, arguments):
     if options.large > 0:
         # One process: the time of a frame with the machine to itself.
         print_false("no code, 24 megapixels", recall.pictures("large", options.large, 1))
+        print()
+        bench.frame()
+        recall.all["frame"] = bench.rows
     recall.finish()
