@@ -127,6 +127,8 @@ def print_recall(title, pictures):
 
 def print_missed(pictures):
     """What somebody reads and we do not."""
+    if OURS not in pictures[0]["readers"]:
+        return
     missed = [picture for picture in pictures if not picture["readers"][OURS]["read"]]
     others = [picture for picture in missed
               if any(outcome and outcome["read"] for outcome in picture["readers"].values())]

@@ -3,6 +3,7 @@
 
 #include "support/simulator/TrialSet.h"
 #include "payload/SlatePayloadJson.h"
+#include "support/simulator/Equalizer.h"
 #include "support/simulator/Oracle.h"
 #include "support/simulator/Photo.h"
 
@@ -133,6 +134,45 @@ TEST(Oracle, doesNotReadThroughTooMuchGrain)
     const SimulatedCard &card = frame.cards.front();
     EXPECT_FALSE(
         oracleReads(renderLuma(frame), card.code, geometryOf(frame, card), false, content));
+}
+
+TEST(Equalizer, decidesModulesThatHaveRunIntoEachOther)
+{
+    const QrMatrix code = encodeQr(QByteArray(300, 'q'), QrLevel::L);
+    // Less than a third of a module's tone is its own: cut at the middle, many are wrong.
+    ModuleGrid tones(code.size);
+    for (int row = 0; row < code.size; ++row) {
+        for (int column = 0; column < code.size; ++column) {
+            float tone = 0;
+            for (int i = 0; i < 9; ++i) {
+                const int x = std::clamp(column + i % 3 - 1, 0, code.size - 1);
+                const int y = std::clamp(row + i / 3 - 1, 0, code.size - 1);
+                const float share = i == 4 ? 0.3F : i % 2 == 1 ? 0.12F : 0.055F;
+                tone += code.isDark(x, y) ? 0 : 255 * share;
+            }
+            tones.set(column, row, tone);
+        }
+    }
+    QrMatrix bits = code;
+    for (int row = 0; row < code.size; ++row) {
+        for (int column = 0; column < code.size; ++column) {
+            bits.cellAt(column, row) = tones.at(column, row) < 128 ? 1 : 0;
+        }
+    }
+    const auto errors = [&code](const QrMatrix &got) {
+        int wrong = 0;
+        for (std::size_t i = 0; i < code.cells.size(); ++i) {
+            wrong += got.cells[i] != code.cells[i] ? 1 : 0;
+        }
+        return wrong;
+    };
+    const int before = errors(bits);
+    ASSERT_GT(before, 100);
+    const Equalizer equalizer(tones);
+    for (int i = 0; i < 6; ++i) {
+        bits = equalizer.improve(bits);
+    }
+    EXPECT_LT(errors(bits), before / 10);
 }
 
 TEST(PhotoSet, photosCanBeMadeAgainAndStayInTheirRange)

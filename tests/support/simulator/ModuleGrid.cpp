@@ -27,9 +27,10 @@ float toneAt(const LumaImage &picture, Point p)
     const auto down = static_cast<float>(y - line);
     const std::uint8_t *above = picture.row(line) + column;
     const std::uint8_t *below = picture.row(line + 1) + column;
-    const float upper = static_cast<float>(above[0]) * (1 - along) + above[1] * along;
-    const float lower = static_cast<float>(below[0]) * (1 - along) + below[1] * along;
-    return upper * (1 - down) + lower * down;
+    const auto mix = [along](const std::uint8_t *pair) {
+        return std::lerp(static_cast<float>(pair[0]), static_cast<float>(pair[1]), along);
+    };
+    return std::lerp(mix(above), mix(below), down);
 }
 
 } // namespace

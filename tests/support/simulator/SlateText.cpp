@@ -46,7 +46,7 @@ QByteArray randomSlateText(Random &random)
     payload.cameraModel = QStringLiteral("K2");
     payload.filmBrand = QStringLiteral("Vela");
     payload.filmStock = QStringLiteral("Nova 400");
-    payload.iso = 100 * (1 + random.below(16));
+    payload.iso = 100LL * (1 + random.below(16));
     const auto length = static_cast<int>(random.between(170.0F, 700.0F));
     if (length > 220) {
         payload.lensModel = QStringLiteral("50mm f/2");
