@@ -109,7 +109,7 @@ void placeCard(Random &random, const SimulatedFrame &frame, SimulatedCard &card)
 void makeSmall(Random &random, SimulatedCard &card)
 {
     card.pose.modulePixels = random.between(2.0F, 3.0F);
-    card.blur = random.between(0.15F, 0.55F);
+    card.blur = random.between(0.2F, 0.65F);
 }
 
 void makeBlurred(Random &random, SimulatedCard &card)
@@ -170,10 +170,10 @@ void makeGrainy(Random &random, SimulatedFrame &frame)
 void makeJpeg(Random &random, SimulatedFrame &frame, CardPose &pose, FrameFile &file)
 {
     file.format = FrameFormat::jpeg;
-    file.quality = 50 + random.below(31);
+    file.quality = 50 + random.below(26);
     frame.scan.sharpening = random.between(0.0F, 1.8F);
     frame.scan.colours = {1.0, random.between(0.85F, 1.0F), random.between(0.7F, 1.0F)};
-    frame.film.grain = random.between(0.02F, 0.1F);
+    frame.film.grain = random.between(0.02F, 0.14F);
     // What the file's blocks of 8 pixels hurt most.
     pose.modulePixels = std::min<double>(pose.modulePixels, random.between(2.2F, 5.0F));
 }
@@ -256,10 +256,10 @@ void makeHard(Random &random, Difficulty difficulty, Trial &trial)
     }
 }
 
-/// Three to five difficulties in the order in which light meets them.
+/// Two to four difficulties in the order in which light meets them.
 void makeSeveralHard(Random &random, Trial &trial)
 {
-    int left = 3 + random.below(3);
+    int left = 2 + random.below(3);
     constexpr std::array order{Difficulty::screened, Difficulty::curved,   Difficulty::small,
                                Difficulty::blurred,  Difficulty::faint,    Difficulty::glare,
                                Difficulty::grainy,   Difficulty::negative, Difficulty::jpeg,
