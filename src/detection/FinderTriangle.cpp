@@ -15,7 +15,7 @@ namespace {
 // Pictures full of what looks like finder patterns must not take longer than they are worth:
 // of each polarity so many marks are tried, and with each so many others.
 constexpr std::size_t mostTried = 80;
-constexpr std::size_t mostTimed = 200;
+constexpr std::size_t mostTimed = 500;
 constexpr std::size_t mostNeighbours = 32;
 constexpr std::size_t mostCandidates = 500; // triangles of each kind that are compared
 constexpr int leastStrength = 5;            // of three marks together

@@ -35,7 +35,7 @@ bool canBeNeighbours(const FinderMark &a, const FinderMark &b);
 /// Triangles of marks of one polarity and of like size, as far apart as the sides of a
 /// code of 21 to 177 modules, best first, at most `most` of them; of several triangles
 /// in one place only the best. Where timing patterns are seen along both sides of a triangle,
-/// it comes before all others. Of each polarity the 200 marks of most hits are tried, without
+/// it comes before all others. Of each polarity the 500 marks of most hits are tried, without
 /// timing patterns 80, and each with 32 others at most. Marks in pixels of the picture.
 /// Any thread.
 std::vector<FinderTriangle> findTriangles(const LumaView &picture,
