@@ -24,7 +24,7 @@ constexpr double patternReach = 6; // modules from a pattern's middle that are l
 /// A triangle of which one pattern is only supposed to be where it is.
 struct Supposed {
     FinderTriangle triangle;
-    FinderMark FinderTriangle::*third;
+    FinderMark FinderTriangle::*third = nullptr;
     PixelPoint right; ///< along a side of the code, as long as a module
 };
 

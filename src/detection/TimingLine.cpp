@@ -12,6 +12,7 @@ namespace {
 constexpr double offModules = 3;    // from a pattern's middle to the timing line
 constexpr double firstModule = 4.5; // along it: behind the pattern and its separator
 constexpr double samplesPerModule = 3;
+constexpr double mostSteps = 1000;
 constexpr double hysteresis = 0.12;   // of the patterns' contrast, to both sides
 constexpr double leastChanges = 0.75; // to a module, of one
 constexpr double mostChanges = 1.2;
@@ -31,9 +32,13 @@ bool alternates(const LumaView &picture, const FinderMark &from, const FinderMar
     const double step = module / samplesPerModule;
     int changes = 0;
     int last = 0;
-    double passed = 0;
+    const double start = firstModule * from.module;
+    // Marks that stand apart as those of a code may have no more than some 200 modules between.
+    const int steps = static_cast<int>(std::ceil(std::clamp((end - start) / step, 0.0, mostSteps)));
     double nextLook = 2 * lookEvery * module;
-    for (double along = firstModule * from.module; along < end; along += step, passed += step) {
+    for (int i = 0; i < steps; ++i) {
+        const double passed = i * step;
+        const double along = start + passed;
         const double share = along / length;
         const double off = side * offModules * (from.module + share * (to.module - from.module));
         const double x = from.x + along * alongX - off * alongY;
@@ -53,7 +58,7 @@ bool alternates(const LumaView &picture, const FinderMark &from, const FinderMar
             }
         }
     }
-    const double modules = passed / module;
+    const double modules = steps / samplesPerModule;
     return modules >= 4 && changes >= leastChanges * modules && changes <= mostChanges * modules;
 }
 
