@@ -23,8 +23,13 @@ namespace quillmark {
 namespace {
 
 constexpr std::size_t smallPicture = 3'000'000; // pixels
+constexpr std::size_t smallCopy = 1'500'000;    // of a frame that is larger itself
+// What is busy like a code is looked for on copies of no more than these pixels, and only frames of
+// no more are sharpened as a whole beyond the smallest copy: elsewhere the regions are.
+constexpr std::size_t mostSearched = 16'000'000;
 constexpr std::size_t tinyPicture = 250'000;
 constexpr int leastScannedSide = 60;
+constexpr int smallestScale = 9;
 constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
 constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
@@ -111,7 +116,8 @@ void FrameSearch::run()
 
 void FrameSearch::look(int scale, int sharpening, int rowStep)
 {
-    if (isScannedAt(scale)) {
+    const bool isDear = sharpening > 0 && scale < smallestScale && pixelsAt(1) > mostSearched;
+    if (isScannedAt(scale) && !isDear) {
         lookAt(copy(scale), {0, 0}, scale, sharpening, rowStep);
     }
 }
@@ -119,7 +125,7 @@ void FrameSearch::look(int scale, int sharpening, int rowStep)
 /// Looks harder where the frame is busy as a code is.
 void FrameSearch::lookAtRegions(int scale)
 {
-    if (!isScannedAt(scale)) {
+    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
         return;
     }
     const LumaView picture = copy(scale);
@@ -208,7 +214,7 @@ void FrameSearch::completePairs()
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > smallPicture) {
+    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }
     LumaImage picture = reduceByBox(copy(scale), 1);

@@ -132,7 +132,8 @@ std::optional<int> toldVersion(const RegionImage &picture, const SymbolGrid &gri
         std::array<float, 18> levels{};
         for (int i = 0; i < 18; ++i) {
             const double far = grid.side() - 11 + i % 3 + 0.5;
-            const double near = i / 3 + 0.5;
+            const int line = i / 3;
+            const double near = line + 0.5;
             levels[static_cast<std::size_t>(i)] =
                 picture.at(mirrored ? grid.at(near, far) : grid.at(far, near));
         }
