@@ -51,10 +51,11 @@ private:
         int across = 0;
         int down = 0;
         int sum = 0;
+        const std::ptrdiff_t left = static_cast<std::ptrdiff_t>(column) * cellSide;
         for (int y = 0; y < cellSide; y += rowsSampled) {
             const int top = std::min(row * cellSide + y, picture.height - 3);
-            const std::uint8_t *pixels = picture.row(top) + column * cellSide;
-            const std::uint8_t *below = picture.row(top + 2) + column * cellSide;
+            const std::uint8_t *pixels = picture.row(top) + left;
+            const std::uint8_t *below = picture.row(top + 2) + left;
             for (int x = 0; x < cellSide - 2; ++x) {
                 across += std::abs(pixels[x + 2] - pixels[x]);
                 down += std::abs(below[x] - pixels[x]);
