@@ -17,6 +17,7 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace quillmark {
@@ -45,6 +46,8 @@ struct Look {
 /// The looks at a place that is busy like a code.
 constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
 constexpr std::array<int, 4> regionScales{2, 4, 8, 1};
+/// In large frames, on the copies that are there already.
+constexpr std::array<int, 2> largeRegionScales{3, 9};
 
 double apart(const FinderMark &a, const FinderMark &b)
 {
@@ -96,7 +99,8 @@ void FrameSearch::run()
             look(each.scale, each.sharpening, each.rowStep);
         }
     }
-    for (const int scale : regionScales) {
+    const bool isLarge = pixelsAt(1) > mostSearched;
+    for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
         if (!isOver()) {
             lookAtRegions(scale);
         }
