@@ -3,6 +3,8 @@
 
 #include "detection/FinderTriangle.h"
 
+#include "detection/TimingLine.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -10,9 +12,14 @@
 namespace quillmark {
 namespace {
 
+// Pictures full of what looks like finder patterns must not take longer than they are worth:
+// of each polarity so many marks are tried, and with each so many others.
 constexpr std::size_t mostTried = 80;
-constexpr int leastStrength = 5;           // of three marks together
-constexpr double largestModuleRatio = 1.7; // near and far end of a leaning card
+constexpr std::size_t mostTimed = 500;
+constexpr std::size_t mostNeighbours = 32;
+constexpr std::size_t mostCandidates = 500; // triangles of each kind that are compared
+constexpr int leastStrength = 5;            // of three marks together
+constexpr double largestModuleRatio = 1.7;  // near and far end of a leaning card
 constexpr double largestSideRatio = 1.9;
 constexpr double largestCosine = 0.6; // of the angle between the sides: 53 to 127 degrees
 // Between the middles of two finder patterns lie all modules but seven; blur and
@@ -29,13 +36,6 @@ int strength(const FinderMark &mark)
 double distance(const FinderMark &a, const FinderMark &b)
 {
     return std::hypot(a.x - b.x, a.y - b.y);
-}
-
-bool canBeNeighbours(const FinderMark &a, const FinderMark &b)
-{
-    const double ratio = a.module > b.module ? a.module / b.module : b.module / a.module;
-    const double apart = 2.0 * distance(a, b) / (a.module + b.module);
-    return ratio <= largestModuleRatio && apart >= leastModulesApart && apart <= mostModulesApart;
 }
 
 std::optional<FinderTriangle> triangleOf(const FinderMark &corner, const FinderMark &first,
@@ -59,34 +59,64 @@ std::optional<FinderTriangle> triangleOf(const FinderMark &corner, const FinderM
 }
 
 /// The marks of one polarity that most rows crossed, best first.
-std::vector<FinderMark> strongest(std::span<const FinderMark> marks, bool isDark)
+std::vector<FinderMark> strongest(std::span<const FinderMark> marks, bool isDark, std::size_t most)
 {
     std::vector<FinderMark> chosen;
     std::ranges::copy_if(marks, std::back_inserter(chosen),
                          [isDark](const FinderMark &mark) { return mark.isDark == isDark; });
     std::ranges::stable_sort(chosen, std::ranges::greater{}, &FinderMark::hits);
-    chosen.resize(std::min(chosen.size(), mostTried));
+    chosen.resize(std::min(chosen.size(), most));
     return chosen;
 }
 
-void addTriangles(const std::vector<FinderMark> &marks, std::vector<FinderTriangle> &triangles)
+/// For each mark the first others that it can be a neighbour of.
+template <typename AreNeighbours>
+std::vector<std::vector<std::size_t>> neighboursOf(const std::vector<FinderMark> &marks,
+                                                   const AreNeighbours &areNeighbours)
 {
-    std::vector<const FinderMark *> neighbours;
-    for (const FinderMark &corner : marks) {
-        neighbours.clear();
-        for (const FinderMark &other : marks) {
-            if (canBeNeighbours(corner, other)) {
-                neighbours.push_back(&other);
+    std::vector<std::vector<std::size_t>> neighbours(marks.size());
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        for (std::size_t k = i + 1; k < marks.size(); ++k) {
+            if (neighbours[i].size() < mostNeighbours && neighbours[k].size() < mostNeighbours &&
+                canBeNeighbours(marks[i], marks[k]) && areNeighbours(marks[i], marks[k])) {
+                neighbours[i].push_back(k);
+                neighbours[k].push_back(i);
             }
         }
-        for (std::size_t i = 0; i < neighbours.size(); ++i) {
-            for (std::size_t k = i + 1; k < neighbours.size(); ++k) {
-                if (const auto triangle = triangleOf(corner, *neighbours[i], *neighbours[k])) {
+    }
+    return neighbours;
+}
+
+/// Keeps the best triangles, best first.
+void keepBest(std::vector<FinderTriangle> &triangles)
+{
+    std::ranges::stable_sort(triangles, {}, &FinderTriangle::misfit);
+    if (triangles.size() > mostCandidates) {
+        triangles.erase(triangles.begin() + mostCandidates, triangles.end());
+    }
+}
+
+/// The best triangles of marks that are neighbours two by two, best first.
+template <typename AreNeighbours>
+void addTriangles(const std::vector<FinderMark> &marks, const AreNeighbours &areNeighbours,
+                  std::vector<FinderTriangle> &triangles)
+{
+    const auto neighbours = neighboursOf(marks, areNeighbours);
+    for (std::size_t corner = 0; corner < marks.size(); ++corner) {
+        const std::vector<std::size_t> &ends = neighbours[corner];
+        for (std::size_t i = 0; i < ends.size(); ++i) {
+            for (std::size_t k = i + 1; k < ends.size(); ++k) {
+                if (const auto triangle =
+                        triangleOf(marks[corner], marks[ends[i]], marks[ends[k]])) {
                     triangles.push_back(*triangle);
                 }
             }
         }
+        if (triangles.size() > 4 * mostCandidates) {
+            keepBest(triangles);
+        }
     }
+    keepBest(triangles);
 }
 
 bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
@@ -99,12 +129,27 @@ bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 
 } // namespace
 
-std::vector<FinderTriangle> findTriangles(std::span<const FinderMark> marks, std::size_t most)
+bool canBeNeighbours(const FinderMark &a, const FinderMark &b)
 {
+    const double ratio = a.module > b.module ? a.module / b.module : b.module / a.module;
+    const double apart = 2.0 * distance(a, b) / (a.module + b.module);
+    return ratio <= largestModuleRatio && apart >= leastModulesApart && apart <= mostModulesApart;
+}
+
+std::vector<FinderTriangle> findTriangles(const LumaView &picture,
+                                          std::span<const FinderMark> marks, std::size_t most)
+{
+    const auto isTimed = [&picture](const FinderMark &a, const FinderMark &b) {
+        return hasTimingLine(picture, a, b);
+    };
+    const auto always = [](const FinderMark &, const FinderMark &) { return true; };
     std::vector<FinderTriangle> candidates;
-    addTriangles(strongest(marks, true), candidates);
-    addTriangles(strongest(marks, false), candidates);
-    std::ranges::stable_sort(candidates, {}, &FinderTriangle::misfit);
+    std::vector<FinderTriangle> others;
+    for (const bool isDark : {true, false}) {
+        addTriangles(strongest(marks, isDark, mostTimed), isTimed, candidates);
+        addTriangles(strongest(marks, isDark, mostTried), always, others);
+    }
+    candidates.insert(candidates.end(), others.begin(), others.end());
 
     std::vector<FinderTriangle> chosen;
     for (const FinderTriangle &candidate : candidates) {

@@ -19,18 +19,6 @@ struct FinderTriangle {
     double module = 0; ///< mean pixels to one module
     double misfit = 0; ///< 0 is a perfect right-angled isosceles triangle
 
-    /// Moves the triangle by so many pixels, and then makes it larger by a factor: from a
-    /// picture to a copy of it, or back.
-    void transform(double right, double down, double factor)
-    {
-        for (FinderMark *mark : {&corner, &first, &second}) {
-            mark->x = (mark->x + right) * factor;
-            mark->y = (mark->y + down) * factor;
-            mark->module *= factor;
-        }
-        module *= factor;
-    }
-
     /// The middle of the code.
     PixelPoint middle() const { return {(first.x + second.x) / 2, (first.y + second.y) / 2}; }
 
@@ -41,10 +29,16 @@ struct FinderTriangle {
     }
 };
 
+/// Whether two marks are of like size and as far apart as a code's finder patterns can be.
+bool canBeNeighbours(const FinderMark &a, const FinderMark &b);
+
 /// Triangles of marks of one polarity and of like size, as far apart as the sides of a
 /// code of 21 to 177 modules, best first, at most `most` of them; of several triangles
-/// in one place only the best. Never more than the 80 marks of most hits in each polarity
-/// are tried. Any thread.
-std::vector<FinderTriangle> findTriangles(std::span<const FinderMark> marks, std::size_t most);
+/// in one place only the best. Where timing patterns are seen along both sides of a triangle,
+/// it comes before all others. Of each polarity the 500 marks of most hits are tried, without
+/// timing patterns 80, and each with 32 others at most. Marks in pixels of the picture.
+/// Any thread.
+std::vector<FinderTriangle> findTriangles(const LumaView &picture,
+                                          std::span<const FinderMark> marks, std::size_t most);
 
 } // namespace quillmark

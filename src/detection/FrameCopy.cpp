@@ -33,27 +33,14 @@ std::vector<QrSymbol> readBoth(const LumaImage &image, QrEffort effort)
     return symbols;
 }
 
-std::vector<QrSymbol> readImage(LumaImage image, Polarity polarity, QrEffort effort)
-{
-    switch (polarity) {
-    case Polarity::darkOnLight:
-        return decodeQrSymbols(image, effort);
-    case Polarity::lightOnDark:
-        return readLightOnDark(std::move(image), effort);
-    case Polarity::both:
-        return readBoth(image, effort);
-    }
-    return {};
-}
-
 } // namespace
 
-std::vector<QrSymbol> readCopy(FrameCopy copy, Polarity polarity, QrEffort effort) noexcept
+std::vector<QrSymbol> readCopy(const FrameCopy &copy, QrEffort effort) noexcept
 try {
-    std::vector<QrSymbol> symbols = readImage(std::move(copy.image), polarity, effort);
+    std::vector<QrSymbol> symbols = readBoth(copy.image, effort);
     for (QrSymbol &symbol : symbols) {
         for (PixelPoint &corner : symbol.corners) {
-            corner = copy.toFrame(corner);
+            corner = {corner.x * copy.scale, corner.y * copy.scale};
         }
     }
     return symbols;

@@ -7,6 +7,8 @@
 
 #include <QByteArray>
 
+#include <algorithm>
+#include <cstdint>
 #include <exception>
 
 namespace quillmark {
@@ -26,6 +28,36 @@ QString textOf(ZXing::Result result)
         result.setCharacterSet("UTF8");
     }
     return QString::fromStdString(result.text());
+}
+
+/// Draws the symbol cleanly, with its quiet zone, for the library; as it is or mirrored.
+std::optional<QString> decodeDrawn(const ModuleBits &modules, bool mirrored)
+{
+    constexpr int quiet = 4;
+    constexpr int pixelsPerModule = 2;
+    const int side = pixelsPerModule * (modules.side + 2 * quiet);
+    LumaImage image{side, side, {}};
+    image.pixels.assign(static_cast<std::size_t>(side) * static_cast<std::size_t>(side), 255);
+    for (int row = 0; row < modules.side; ++row) {
+        for (int column = 0; column < modules.side; ++column) {
+            const int module = mirrored ? column * modules.side + row : row * modules.side + column;
+            if (!modules.dark[static_cast<std::size_t>(module)]) {
+                continue;
+            }
+            for (int y = 0; y < pixelsPerModule; ++y) {
+                std::uint8_t *pixels = image.row((row + quiet) * pixelsPerModule + y) +
+                                       (column + quiet) * pixelsPerModule;
+                std::fill_n(pixels, pixelsPerModule, std::uint8_t{0});
+            }
+        }
+    }
+    ZXing::DecodeHints hints;
+    hints.setFormats(ZXing::BarcodeFormat::QRCode);
+    hints.setIsPure(true);
+    hints.setBinarizer(ZXing::Binarizer::FixedThreshold);
+    const ZXing::ImageView view(image.pixels.data(), side, side, ZXing::ImageFormat::Lum);
+    const ZXing::Result result = ZXing::ReadBarcode(view, hints);
+    return result.isValid() ? std::optional(textOf(result)) : std::nullopt;
 }
 
 QrSymbol symbolOf(const ZXing::Result &result)
@@ -63,6 +95,16 @@ try {
 } catch (const std::exception &) {
     // Out of memory, or a picture on which the library trips: no code was read.
     return {};
+}
+
+std::optional<QString> decodeModules(const ModuleBits &modules) noexcept
+try {
+    if (auto text = decodeDrawn(modules, false)) {
+        return text;
+    }
+    return decodeDrawn(modules, true);
+} catch (const std::exception &) {
+    return std::nullopt;
 }
 
 } // namespace quillmark

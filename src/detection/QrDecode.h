@@ -6,6 +6,9 @@
 #include "detection/LumaView.h"
 #include "detection/QrSymbol.h"
 
+#include <QString>
+
+#include <optional>
 #include <vector>
 
 namespace quillmark {
@@ -21,5 +24,15 @@ enum class QrEffort {
 /// Gives nothing where the picture is too small to hold a code or memory is short; never
 /// throws. Takes one byte a pixel more than the picture. Blocks; any thread.
 std::vector<QrSymbol> decodeQrSymbols(const LumaView &picture, QrEffort effort) noexcept;
+
+/// The modules of a symbol, row by row.
+struct ModuleBits {
+    int side = 0;
+    std::vector<bool> dark;
+};
+
+/// The text of a symbol whose modules have been read; they may be mirrored, and as many of
+/// them wrong as the symbol's error correction bears. Never throws. Any thread.
+std::optional<QString> decodeModules(const ModuleBits &modules) noexcept;
 
 } // namespace quillmark

@@ -3,6 +3,7 @@
 """Prints the program's figures beside their floors, as a table and as JSON.
 
 usage: bench.py BUILD_FOLDER [FIGURE...]
+       bench.py BUILD_FOLDER recall [SEED [FRAMES]] [OPTION...]
 """
 
 import json
@@ -14,6 +15,7 @@ import sys
 import tempfile
 import time
 
+import recall
 import window
 from display import VirtualDisplay
 
@@ -135,6 +137,9 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     bench = Bench(sys.argv[1])
+    if sys.argv[2:3] == ["recall"]:
+        recall.run(bench, sys.argv[3:])
+        return
     figures = {"frame": bench.frame, "memory": bench.memory, "picture": bench.picture,
                "run": bench.run, "start": bench.start,
                "screens": lambda: window.screens(bench),

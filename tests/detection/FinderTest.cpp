@@ -4,7 +4,6 @@
 #include "detection/CodeTexture.h"
 #include "detection/FinderScan.h"
 #include "detection/FinderTriangle.h"
-#include "detection/SymbolCheck.h"
 #include "support/simulator/PlainCode.h"
 #include "support/simulator/SlateFrame.h"
 
@@ -74,7 +73,7 @@ TEST(FinderTriangle, theCornerOfACodeIsBetweenTheOtherTwo)
 {
     const test::QrMatrix code = encodeQr(content);
     const LumaImage image = drawCode(code, 4);
-    const std::vector<FinderTriangle> triangles = findTriangles(scanForFinders(image, 2), 5);
+    const std::vector<FinderTriangle> triangles = findTriangles(image, scanForFinders(image, 2), 5);
     ASSERT_THAT(triangles, testing::Not(IsEmpty()));
     const FinderTriangle &best = triangles.front();
     EXPECT_NEAR(best.corner.x, 30, 1);
@@ -94,9 +93,9 @@ TEST(FinderTriangle, marksOfBothPolaritiesDoNotMix)
     }
     marks[1].x = 120;
     marks[2].y = 120;
-    EXPECT_THAT(findTriangles(marks, 5), SizeIs(1));
+    EXPECT_THAT(findTriangles(LumaView(), marks, 5), SizeIs(1));
     marks[2].isDark = false;
-    EXPECT_THAT(findTriangles(marks, 5), IsEmpty());
+    EXPECT_THAT(findTriangles(LumaView(), marks, 5), IsEmpty());
 }
 
 TEST(FinderTriangle, marksTooCloseForACodeMakeNone)
@@ -109,13 +108,13 @@ TEST(FinderTriangle, marksTooCloseForACodeMakeNone)
     }
     marks[1].x = 36;
     marks[2].y = 36;
-    EXPECT_THAT(findTriangles(marks, 5), IsEmpty());
+    EXPECT_THAT(findTriangles(LumaView(), marks, 5), IsEmpty());
 }
 
 /// The triangle of a code drawn with modules of so many pixels and the usual quiet zone.
 FinderTriangle triangleOf(const test::QrMatrix &code, const LumaImage &image, int module)
 {
-    for (const FinderTriangle &triangle : findTriangles(scanForFinders(image, 1), 5)) {
+    for (const FinderTriangle &triangle : findTriangles(image, scanForFinders(image, 1), 5)) {
         const double far = (code.size + 0.5) * module;
         if (std::hypot(triangle.opposite().x - far, triangle.opposite().y - far) < module) {
             return triangle;
@@ -135,33 +134,6 @@ TEST(CodeTexture, aCodeHasItAndAnEmptyPlaceHasNot)
         std::fill(image.row(y) + 16, image.row(y) + image.width - 16, std::uint8_t{255});
     }
     EXPECT_FALSE(hasCodeTexture(image, triangle));
-}
-
-TEST(SymbolCheck, findsTheCornersOfACode)
-{
-    for (const int version : {1, 4, 10, 22}) {
-        SCOPED_TRACE(version);
-        const test::QrMatrix code = encodeQr("A", test::QrLevel::L, version);
-        const LumaImage image = drawCode(code, 4);
-        const auto corners = findSymbol(image, triangleOf(code, image, 4));
-        ASSERT_TRUE(corners.has_value());
-        const double far = 16 + 4.0 * code.size;
-        EXPECT_NEAR((*corners)[0].x, 16, 2);
-        EXPECT_NEAR((*corners)[0].y, 16, 2);
-        EXPECT_NEAR((*corners)[2].x, far, 3);
-        EXPECT_NEAR((*corners)[2].y, far, 3);
-    }
-}
-
-TEST(SymbolCheck, patternsWithoutTimingBetweenThemAreNoCode)
-{
-    test::QrMatrix code = encodeQr(content, test::QrLevel::M, 5);
-    for (int i = 8; i < code.size - 8; ++i) {
-        code.cellAt(i, 6) = 1;
-        code.cellAt(6, i) = 1;
-    }
-    const LumaImage image = drawCode(code, 4);
-    EXPECT_FALSE(findSymbol(image, triangleOf(code, image, 4)).has_value());
 }
 
 } // namespace

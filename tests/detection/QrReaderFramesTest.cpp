@@ -178,8 +178,8 @@ TEST(QrReaderFrames, deliversTheCodesOfTwoCards)
 
 TEST(QrReaderFrames, readsItsShareOfTrialsFromEasyToHopeless)
 {
-    // 24 small frames of the set that the benchmark measures recall on. 12 of them are read;
-    // the rest are beyond this reader or beyond any.
+    // The first 24 small frames of a set like the one that the benchmark measures recall on. 8
+    // of them are read; the rest are beyond this reader or beyond any.
     int tried = 0;
     int read = 0;
     for (int index = 0; tried < 24; ++index) {
@@ -188,14 +188,15 @@ TEST(QrReaderFrames, readsItsShareOfTrialsFromEasyToHopeless)
             continue;
         }
         ++tried;
-        for (const std::optional<QString> &text : readQrCodes(test::renderLuma(trial.frame), 1)) {
+        for (const std::optional<QString> &text :
+             readQrCodes(test::storedLuma(trial.frame, trial.file), 1)) {
             if (text) {
                 EXPECT_EQ(*text, QString::fromUtf8(trial.payload)) << "trial " << index;
                 ++read;
             }
         }
     }
-    EXPECT_GE(read, 12);
+    EXPECT_GE(read, 8);
 }
 
 } // namespace

@@ -4,86 +4,19 @@
 #include "support/simulator/Card.h"
 
 #include "support/simulator/ParallelRows.h"
-#include "support/simulator/Random.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <numbers>
+#include <optional>
 
 namespace quillmark::test {
 namespace {
 
-constexpr float paper = 0.93F;
-constexpr float ink = 0.05F;
-constexpr double quietZone = 4; // modules, ISO/IEC 18004 section 6.3.8
-constexpr int subsamples = 3;   // each way
-
-double radians(double degrees)
-{
-    return degrees * std::numbers::pi / 180.0;
-}
-
-/// What is printed where, in module coordinates.
-class Sheet
-{
-public:
-    Sheet(const QrMatrix &code, std::uint64_t seed) : m_code(code), m_side(code.size), m_seed(seed)
-    {}
-
-    double left() const { return -quietZone - 0.04 * m_side; }
-    double right() const { return m_side - left(); }
-    double top() const { return -quietZone - 0.16 * m_side; }
-    double bottom() const { return m_side + quietZone + 0.3 * m_side; }
-
-    bool covers(Point p) const
-    {
-        return p.x >= left() && p.x < right() && p.y >= top() && p.y < bottom();
-    }
-
-    bool isInked(Point p) const
-    {
-        if (p.x >= 0 && p.y >= 0 && p.x < m_side && p.y < m_side) {
-            return m_code.isDark(static_cast<int>(p.x), static_cast<int>(p.y));
-        }
-        if (p.x < 0 || p.x >= m_side) {
-            return false;
-        }
-        const double titleTop = top() + 0.04 * m_side;
-        if (p.y >= titleTop && p.y < titleTop + 0.07 * m_side) {
-            return p.x < 0.62 * m_side && isLetter(p, titleTop, 0.07 * m_side);
-        }
-        const double notesTop = m_side + quietZone;
-        return p.y >= notesTop && p.y < bottom() - 0.05 * m_side &&
-               isLetter(p, notesTop, 0.035 * m_side);
-    }
-
-private:
-    /// Print: lines of letters, each letter a small pattern of strokes.
-    bool isLetter(Point p, double textTop, double letterHeight) const
-    {
-        const double down = (p.y - textTop) / (1.7 * letterHeight);
-        const double along = p.x / (0.7 * letterHeight);
-        const auto line = static_cast<std::uint64_t>(down);
-        const auto letter = static_cast<std::uint64_t>(along);
-        const double inLine = (down - static_cast<double>(line)) * 1.7;
-        if (inLine >= 1.0) {
-            return false;
-        }
-        const std::uint64_t shape = hash64(m_seed ^ (line << 32) ^ letter);
-        if (shape % 6 == 0) {
-            return false; // a gap between words
-        }
-        const auto strokeX = static_cast<unsigned>((along - static_cast<double>(letter)) * 4.0);
-        const auto strokeY = static_cast<unsigned>(inLine * 5.0);
-        return strokeX < 3 && ((shape >> (8 + strokeY * 3 + strokeX)) & 1U) != 0;
-    }
-
-    const QrMatrix &m_code;
-    double m_side;
-    std::uint64_t m_seed;
-};
+constexpr int subsamples = 3; // each way
+constexpr int nodeStep = 8;   // pixels
+constexpr int edgeSteps = 24;
 
 struct Bounds {
     double left = std::numeric_limits<double>::max();
@@ -100,14 +33,18 @@ struct Bounds {
     }
 };
 
-Overlay placeOverlay(const Sheet &sheet, const Homography &projection, int frameWidth,
+Overlay placeOverlay(const Sheet &sheet, const CardGeometry &geometry, int frameWidth,
                      int frameHeight, int margin)
 {
     Bounds bounds;
-    for (const Point corner :
-         {Point{sheet.left(), sheet.top()}, Point{sheet.right(), sheet.top()},
-          Point{sheet.right(), sheet.bottom()}, Point{sheet.left(), sheet.bottom()}}) {
-        bounds.include(projection.map(corner));
+    for (int i = 0; i <= edgeSteps; ++i) {
+        const double share = 1.0 * i / edgeSteps;
+        const double x = std::lerp(sheet.left(), sheet.right(), share);
+        const double y = std::lerp(sheet.top(), sheet.bottom(), share);
+        for (const Point onEdge : {Point{x, sheet.top()}, Point{x, sheet.bottom()},
+                                   Point{sheet.left(), y}, Point{sheet.right(), y}}) {
+            bounds.include(geometry.map(onEdge));
+        }
     }
     const auto within = [margin](double position, int limit) {
         return static_cast<int>(std::clamp(position, -1.0 * margin, 1.0 * limit + margin));
@@ -124,80 +61,84 @@ Overlay placeOverlay(const Sheet &sheet, const Homography &projection, int frame
     return overlay;
 }
 
+/// A pixel's place on the card, and how that moves from pixel to pixel.
+struct Node {
+    Point module;
+    Point right; ///< modules that a step of a pixel to the right goes
+    Point down;
+};
+
+std::optional<Node> nodeAt(const CardGeometry &geometry, Point pixel, Point guess)
+{
+    const std::optional<Point> module = geometry.find(pixel, guess);
+    if (!module) {
+        return std::nullopt;
+    }
+    const auto [rightX, rightY, downX, downY] = geometry.stepsAt(*module);
+    const double area = rightX * downY - rightY * downX;
+    return Node{*module, {downY / area, -rightY / area}, {-downX / area, rightX / area}};
+}
+
+/// The place between two nodes (cubic Hermite interpolation).
+Node between(const Node &a, const Node &b, double t)
+{
+    const double s = 1 - t;
+    const double fromA = (1 + 2 * t) * s * s;
+    const double fromB = (3 - 2 * t) * t * t;
+    const double slopeA = t * s * s * nodeStep;
+    const double slopeB = -t * t * s * nodeStep;
+    const auto mix = [&](double valueA, double valueB, double alongA, double alongB) {
+        return fromA * valueA + fromB * valueB + slopeA * alongA + slopeB * alongB;
+    };
+    const auto blend = [s, t](Point one, Point other) {
+        return Point{s * one.x + t * other.x, s * one.y + t * other.y};
+    };
+    return {{mix(a.module.x, b.module.x, a.right.x, b.right.x),
+             mix(a.module.y, b.module.y, a.right.y, b.right.y)},
+            blend(a.right, b.right),
+            blend(a.down, b.down)};
+}
+
+/// What falls on one pixel whose centre is at the node.
+void exposePixel(const Sheet &sheet, const Node &node, float &coverage, float &light)
+{
+    constexpr float share = 1.0F / (subsamples * subsamples);
+    for (int i = 0; i < subsamples * subsamples; ++i) {
+        const int row = i / subsamples;
+        const double right = (i % subsamples + 0.5) / subsamples - 0.5;
+        const double down = (row + 0.5) / subsamples - 0.5;
+        const Point p{node.module.x + right * node.right.x + down * node.down.x,
+                      node.module.y + right * node.right.y + down * node.down.y};
+        if (sheet.covers(p)) {
+            coverage += share;
+            light += share * sheet.lightAt(p);
+        }
+    }
+}
+
 } // namespace
 
-Homography projectionOf(const CardPose &pose, int codeSize)
+Overlay renderCard(const Sheet &sheet, const CardGeometry &geometry, int frameWidth,
+                   int frameHeight, int margin, int workers)
 {
-    // Module coordinates around the code's centre, scaled, mirrored and turned; then the
-    // plane leans by an angle around an axis, seen from a little more than twice its width.
-    const double scaleX = pose.mirrored ? -pose.modulePixels : pose.modulePixels;
-    const double scaleY = pose.modulePixels;
-    const double turnCos = std::cos(radians(pose.tilt));
-    const double turnSin = std::sin(radians(pose.tilt));
-    const double half = codeSize / 2.0;
-    const double distance = 2.2 * codeSize * pose.modulePixels;
-
-    // x = xu u + xv v + x1 and so on, u and v being module coordinates.
-    const std::array<double, 3> x{turnCos * scaleX, -turnSin * scaleY,
-                                  -half * (turnCos * scaleX - turnSin * scaleY)};
-    const std::array<double, 3> y{turnSin * scaleX, turnCos * scaleY,
-                                  -half * (turnSin * scaleX + turnCos * scaleY)};
-    const double leanCos = std::cos(radians(pose.leanTowards));
-    const double leanSin = std::sin(radians(pose.leanTowards));
-    const double shrink = 1.0 - std::cos(radians(pose.perspective));
-    const double depth = std::sin(radians(pose.perspective)) / distance;
-
-    Homography projection;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const double along = leanCos * x[i] + leanSin * y[i];
-        const double w = along * depth + (i == 2 ? 1.0 : 0.0);
-        projection.m[i] = x[i] - shrink * along * leanCos + pose.centreX * w;
-        projection.m[3 + i] = y[i] - shrink * along * leanSin + pose.centreY * w;
-        projection.m[6 + i] = w;
-    }
-    return projection;
-}
-
-std::array<Point, 4> codeCorners(const CardPose &pose, int codeSize)
-{
-    const Homography projection = projectionOf(pose, codeSize);
-    const double side = codeSize;
-    return {projection.map({0, 0}), projection.map({side, 0}), projection.map({side, side}),
-            projection.map({0, side})};
-}
-
-Overlay renderCard(const QrMatrix &code, const CardPose &pose, int frameWidth, int frameHeight,
-                   int margin, std::uint64_t seed, int workers)
-{
-    const Homography projection = projectionOf(pose, code.size);
-    const Homography toSheet = projection.inverse();
-    const Sheet sheet(code, hash64(seed));
-    Overlay overlay = placeOverlay(sheet, projection, frameWidth, frameHeight, margin);
-
+    Overlay overlay = placeOverlay(sheet, geometry, frameWidth, frameHeight, margin);
+    const Point middle{(sheet.left() + sheet.right()) / 2, (sheet.top() + sheet.bottom()) / 2};
     forEachBand(overlay.height, workers, [&](int first, int end) {
         for (int y = first; y < end; ++y) {
             const std::size_t row =
                 static_cast<std::size_t>(y) * static_cast<std::size_t>(overlay.width);
-            for (int x = 0; x < overlay.width; ++x) {
-                int covered = 0;
-                int inked = 0;
-                for (int i = 0; i < subsamples * subsamples; ++i) {
-                    const int subColumn = i % subsamples;
-                    const int subRow = i / subsamples;
-                    const double subX = (subColumn + 0.5) / subsamples;
-                    const double subY = (subRow + 0.5) / subsamples;
-                    const Point p = toSheet.map({overlay.left + x + subX, overlay.top + y + subY});
-                    if (sheet.covers(p)) {
-                        ++covered;
-                        inked += sheet.isInked(p) ? 1 : 0;
-                    }
+            const auto nodeOf = [&](int x, Point guess) {
+                return nodeAt(geometry, {overlay.left + x + 0.5, overlay.top + y + 0.5}, guess);
+            };
+            std::optional<Node> node = nodeOf(0, middle);
+            for (int x = 0; x < overlay.width; x += nodeStep) {
+                const std::optional<Node> next = nodeOf(x + nodeStep, node ? node->module : middle);
+                for (int i = 0; node && next && i < std::min(nodeStep, overlay.width - x); ++i) {
+                    const std::size_t at = row + static_cast<std::size_t>(x + i);
+                    exposePixel(sheet, between(*node, *next, 1.0 * i / nodeStep),
+                                overlay.coverage[at], overlay.light[at]);
                 }
-                constexpr float share = 1.0F / (subsamples * subsamples);
-                const std::size_t at = row + static_cast<std::size_t>(x);
-                overlay.coverage[at] = static_cast<float>(covered) * share;
-                overlay.light[at] = (static_cast<float>(covered - inked) * paper +
-                                     static_cast<float>(inked) * ink) *
-                                    share;
+                node = next;
             }
         }
     });

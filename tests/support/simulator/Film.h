@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "support/simulator/RowNoise.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +14,10 @@
 namespace quillmark::test {
 
 struct FilmOptions {
+    double exposure = 1.0; ///< light, as a multiple of the right amount
     double contrast = 1.0; ///< 0 to 1: how far tones lie from mid-grey
     double grain = 0.0;    ///< standard deviation of the grain in mid-grey, 1 being white
+    double clumps = 0.0;   ///< pixels: width of the grain's clumps where it is above about 2
     int dust = 0;          ///< specks and fibres on the frame
     int scratches = 0;     ///< along the film
     bool negative = false; ///< light and dark exchanged
@@ -42,6 +46,8 @@ private:
     void addDirt(int y, std::span<float> tone) const;
     void addScratches(int y, std::span<float> tone) const;
     void addGrain(int y, std::span<float> tone);
+    void addFineGrain(int y);
+    void addClumps(int y);
     void fillWhiteNoise(int y, std::vector<float> &noise) const;
 
     int m_width;
@@ -49,6 +55,9 @@ private:
     FilmOptions m_options;
     std::vector<Dirt> m_dirt;
     std::vector<Scratch> m_scratches;
+    std::vector<float> m_grain;
+    RowNoise m_clumps;
+    RowNoise m_smallClumps;
     std::array<std::vector<float>, 3> m_noise;
     int m_noiseRow = -2;
 };

@@ -74,8 +74,12 @@ QrMatrix encode(const std::vector<QrSegment> &segments, QrLevel level, int fromV
     const auto count =
         static_cast<std::size_t>(code->width) * static_cast<std::size_t>(code->width);
     matrix.cells.reserve(count);
+    matrix.fixed.reserve(count);
+    // The library's marks of a module: timing, alignment, finder or separator.
+    constexpr unsigned fixedMarks = 0x10U | 0x20U | 0x40U;
     for (std::size_t i = 0; i < count; ++i) {
         matrix.cells.push_back(code->data[i] & 1U);
+        matrix.fixed.push_back((code->data[i] & fixedMarks) != 0 ? 1 : 0);
     }
     return matrix;
 }

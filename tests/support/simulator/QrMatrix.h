@@ -17,9 +17,13 @@ enum class QrLevel { L, M, Q, H }; ///< share of codewords that may be wrong: 7,
 struct QrMatrix {
     int size = 0;                    ///< modules along one side
     std::vector<std::uint8_t> cells; ///< 1 is dark, by rows
+    /// 1 where the module is the same in all codes of the size: finder patterns with their
+    /// separators, timing and alignment patterns.
+    std::vector<std::uint8_t> fixed;
 
     std::uint8_t &cellAt(int column, int row) { return cells[index(column, row)]; }
     bool isDark(int column, int row) const { return cells[index(column, row)] != 0; }
+    bool isFixed(int column, int row) const { return fixed[index(column, row)] != 0; }
 
 private:
     std::size_t index(int column, int row) const

@@ -85,6 +85,10 @@ void Scene::paintRow(int y, std::span<float> tone, std::span<float> warmth)
         paintTiles(y, tone);
     } else if (m_clutter == Clutter::print) {
         paintPrint(y, tone);
+    } else if (m_clutter == Clutter::checker) {
+        paintChecker(y, tone);
+    } else if (m_clutter == Clutter::mosaic) {
+        paintMosaic(y, tone);
     }
     m_light.add(y, 0.08F, tone);
 }
@@ -209,6 +213,46 @@ void Scene::paintPrint(int y, std::span<float> tone) const
             }
         }
         tone[x] = value;
+    }
+}
+
+void Scene::paintChecker(int y, std::span<float> tone) const
+{
+    // Boards a twelfth of the frame wide, with 6 to 30 fields.
+    const float board = static_cast<float>(m_width) / 12.0F;
+    const int line = static_cast<int>(static_cast<float>(y) / board);
+    for (std::size_t x = 0; x < tone.size(); ++x) {
+        const int column = static_cast<int>(static_cast<float>(x) / board);
+        const std::uint64_t key = cellKey(m_seed + 5, column, line);
+        const float field = board / static_cast<float>(6 + key % 25);
+        const int across = static_cast<int>(static_cast<float>(x) / field);
+        const int down = static_cast<int>(static_cast<float>(y) / field);
+        tone[x] = (across + down) % 2 == 0 ? 0.12F : 0.88F;
+    }
+}
+
+void Scene::paintMosaic(int y, std::span<float> tone) const
+{
+    // Patches with cells of 1/700 to 1/200 of the width, and plain ground between them. Every
+    // third block of 9 cells holds a square in a square: what marks a code's corners.
+    const float patch = static_cast<float>(m_width) / 5.0F;
+    const int patchLine = static_cast<int>(static_cast<float>(y) / patch);
+    for (std::size_t x = 0; x < tone.size(); ++x) {
+        const int patchColumn = static_cast<int>(static_cast<float>(x) / patch);
+        const std::uint64_t key = cellKey(m_seed + 6, patchColumn, patchLine);
+        if (key % 2 == 0) {
+            continue;
+        }
+        const float share = unitFloat(hash64(key));
+        const float cell = static_cast<float>(m_width) / (200.0F + 500.0F * share);
+        const int column = static_cast<int>(static_cast<float>(x) / cell);
+        const int line = static_cast<int>(static_cast<float>(y) / cell);
+        bool dark = unitFloat(cellKey(key, column, line)) < 0.5F;
+        if (cellKey(key + 1, column / 9, line / 9) % 3 == 0) {
+            const int ring = std::max(std::abs(column % 9 - 4), std::abs(line % 9 - 4));
+            dark = ring <= 1 || ring == 3;
+        }
+        tone[x] = dark ? 0.1F : 0.9F;
     }
 }
 

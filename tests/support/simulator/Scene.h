@@ -17,6 +17,8 @@ enum class Clutter {
     buildings, ///< boxes with rows of windows
     tiles,     ///< a wall of regular tiles, a few of them dark
     print,     ///< pages of words in lines, and framed squares
+    checker,   ///< boards of fields that take turns, in several sizes
+    mosaic,    ///< random black and white cells, and squares in squares strewn among them
 };
 
 /// Something photograph-like to lay a card into: sky and ground, soft light, foliage at
@@ -45,6 +47,8 @@ private:
     void paintBox(const Box &box, int y, std::span<float> tone) const;
     void paintTiles(int y, std::span<float> tone) const;
     void paintPrint(int y, std::span<float> tone) const;
+    void paintChecker(int y, std::span<float> tone) const;
+    void paintMosaic(int y, std::span<float> tone) const;
 
     int m_width;
     int m_height;

@@ -5,8 +5,10 @@
 
 #include "support/simulator/Optics.h"
 #include "support/simulator/ParallelRows.h"
+#include "support/simulator/Random.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <span>
 #include <type_traits>
@@ -14,17 +16,22 @@
 namespace quillmark::test {
 namespace {
 
-std::vector<Overlay> renderCards(const SimulatedFrame &frame)
+constexpr double halationSpread = 3; // modules
+
+Overlay renderCard(const SimulatedFrame &frame, const SimulatedCard &card)
 {
-    std::vector<Overlay> overlays;
-    for (const SimulatedCard &card : frame.cards) {
-        const double sigma = card.blur * card.pose.modulePixels;
-        Overlay overlay = renderCard(card.code, card.pose, frame.width, frame.height,
-                                     blurReach(sigma), frame.seed, frame.workers);
-        defocus(overlay, sigma, frame.workers);
-        overlays.push_back(std::move(overlay));
-    }
-    return overlays;
+    const double module = card.pose.modulePixels;
+    const Motion motion{card.shake * module, card.shakeTowards};
+    const Halation halation{card.halation, halationSpread * module};
+    const double sigma = card.blur * module;
+    const Sheet sheet(card.code, hash64(frame.seed), card.sheet);
+    const int margin = blurReach(sigma) + blurReach(motion) + blurReach(halation);
+    Overlay overlay = renderCard(sheet, geometryOf(frame, card), frame.width, frame.height, margin,
+                                 frame.workers);
+    defocus(overlay, sigma, frame.workers);
+    shake(overlay, motion, frame.workers);
+    addHalation(overlay, halation, frame.workers);
+    return overlay;
 }
 
 void layOver(const Overlay &overlay, int y, std::span<float> tone, std::span<float> warmth)
@@ -46,41 +53,21 @@ void layOver(const Overlay &overlay, int y, std::span<float> tone, std::span<flo
     }
 }
 
-/// Light falling unevenly on everything, the card included: brightest somewhere, darker by
-/// up to a quarter towards the far corner.
-class Illumination
-{
-public:
-    Illumination(const SimulatedFrame &frame)
-        : m_noise(frame.seed ^ 0x11U, static_cast<float>(std::max(frame.width, frame.height)))
-    {}
-
-    void shadeRow(int y, std::span<float> tone)
-    {
-        m_light.assign(tone.size(), 0.87F);
-        m_noise.add(y, 0.13F, m_light);
-        for (std::size_t x = 0; x < tone.size(); ++x) {
-            tone[x] *= m_light[x];
-        }
-    }
-
-private:
-    RowNoise m_noise;
-    std::vector<float> m_light;
-};
-
 /// Calls row(y, tones, warmths) for every row of the finished frame.
 template <typename Row>
 void renderRows(const SimulatedFrame &frame, const Row &row)
 {
-    const std::vector<Overlay> overlays = renderCards(frame);
+    std::vector<Overlay> overlays;
+    for (const SimulatedCard &card : frame.cards) {
+        overlays.push_back(renderCard(frame, card));
+    }
     const Scene scene(frame.width, frame.height, frame.seed, frame.clutter);
     const Film film(frame.width, frame.height, frame.seed, frame.film);
-    const Illumination illumination(frame);
+    const Light light(frame.width, frame.height, frame.seed, frame.light);
     forEachBand(frame.height, frame.workers, [&](int first, int end) {
         Scene bandScene = scene;
         Film bandFilm = film;
-        Illumination bandLight = illumination;
+        Light bandLight = light;
         std::vector<float> tone(static_cast<std::size_t>(frame.width));
         std::vector<float> warmth(tone.size());
         for (int y = first; y < end; ++y) {
@@ -90,6 +77,7 @@ void renderRows(const SimulatedFrame &frame, const Row &row)
             }
             bandLight.shadeRow(y, tone);
             bandFilm.developRow(y, tone);
+            scanRow(tone, frame.scan);
             row(y, tone, warmth);
         }
     });
@@ -106,6 +94,15 @@ Sample sampleOf(float tone, float white)
 
 } // namespace
 
+CardGeometry geometryOf(const SimulatedFrame &frame, const SimulatedCard &card)
+{
+    LensDistortion lens;
+    lens.middle = {frame.width / 2.0, frame.height / 2.0};
+    lens.reach = std::hypot(lens.middle.x, lens.middle.y);
+    lens.strength = frame.distortion;
+    return {card.pose, card.code.size, lens};
+}
+
 RasterImage renderRaster(const SimulatedFrame &frame)
 {
     RasterImage image;
@@ -114,17 +111,22 @@ RasterImage renderRaster(const SimulatedFrame &frame)
     image.channels = 3;
     const auto columns = static_cast<std::size_t>(frame.width);
     image.samples.resize(columns * static_cast<std::size_t>(frame.height) * 3);
-    const float side = frame.film.negative ? -1.0F : 1.0F;
+    const auto gain = static_cast<float>(frame.scan.gain);
+    const float side = frame.film.negative ? -gain : gain;
+    std::array<float, 3> colours{};
+    std::ranges::transform(frame.scan.colours, colours.begin(),
+                           [](double colour) { return static_cast<float>(colour); });
     renderRows(frame, [&](int y, std::span<const float> tone, std::span<const float> warmth) {
         std::uint16_t *out = &image.samples[static_cast<std::size_t>(y) * columns * 3];
         for (std::size_t x = 0; x < columns; ++x) {
             // Green carries most of the tone: the sum stays nearly what it was.
             const float warm = side * warmth[x];
-            *out++ = sampleOf<std::uint16_t>(tone[x] + warm, 65535.0F);
-            *out++ = sampleOf<std::uint16_t>(tone[x] - 0.2F * warm, 65535.0F);
-            *out++ = sampleOf<std::uint16_t>(tone[x] - 1.6F * warm, 65535.0F);
+            *out++ = sampleOf<std::uint16_t>(colours[0] * (tone[x] + warm), 65535.0F);
+            *out++ = sampleOf<std::uint16_t>(colours[1] * (tone[x] - 0.2F * warm), 65535.0F);
+            *out++ = sampleOf<std::uint16_t>(colours[2] * (tone[x] - 1.6F * warm), 65535.0F);
         }
     });
+    sharpenScan(image, frame.scan.sharpening);
     return image;
 }
 
@@ -135,10 +137,13 @@ LumaImage renderLuma(const SimulatedFrame &frame)
     image.height = frame.height;
     image.pixels.resize(static_cast<std::size_t>(frame.width) *
                         static_cast<std::size_t>(frame.height));
+    const auto white = static_cast<float>(255.0 * frame.scan.luma());
     renderRows(frame, [&](int y, std::span<const float> tone, std::span<const float>) {
-        std::ranges::transform(tone, image.row(y),
-                               [](float value) { return sampleOf<std::uint8_t>(value, 255.0F); });
+        std::ranges::transform(tone, image.row(y), [white](float value) {
+            return sampleOf<std::uint8_t>(value, white);
+        });
     });
+    sharpenScan(image, frame.scan.sharpening);
     return image;
 }
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/simulator/SlateFrame.h"
-#include "support/simulator/TrialSet.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,30 +66,16 @@ TEST(Simulator, theCornersAreWhereTheCodeIs)
     frame.cards.front().blur = 0;
     const SimulatedCard &card = frame.cards.front();
     const LumaImage luma = renderLuma(frame);
-    const auto corners = codeCorners(card.pose, card.code.size);
+    const CardGeometry geometry = geometryOf(frame, card);
     // Between the middle and each corner, three and a half modules from both edges, lies the
     // dark middle of a finder pattern; there is none in the fourth corner.
-    const Homography projection = projectionOf(card.pose, card.code.size);
     const double side = card.code.size;
-    const Point mapped = projection.map({side, side});
-    EXPECT_NEAR(corners[2].x, mapped.x, 1e-9);
     for (const Point finder : {Point{3.5, 3.5}, Point{side - 3.5, 3.5}, Point{3.5, side - 3.5}}) {
-        const Point dark = projection.map(finder);
-        const Point light = projection.map({finder.x + 2, finder.y});
+        const Point dark = geometry.map(finder);
+        const Point light = geometry.map({finder.x + 2, finder.y});
         EXPECT_LT(luma.row(static_cast<int>(dark.y))[static_cast<int>(dark.x)], 60);
         EXPECT_GT(luma.row(static_cast<int>(light.y))[static_cast<int>(light.x)], 150);
     }
-}
-
-TEST(Simulator, perspectiveAndTiltAreRightAngledWhereThereIsNone)
-{
-    const CardPose pose{100, 50, 4, 90};
-    const auto corners = codeCorners(pose, 21);
-    // Turned clockwise by a quarter, the code's top left is at the top right.
-    EXPECT_NEAR(corners[0].x, 142, 1e-6);
-    EXPECT_NEAR(corners[0].y, 8, 1e-6);
-    EXPECT_NEAR(corners[1].x, 142, 1e-6);
-    EXPECT_NEAR(corners[1].y, 92, 1e-6);
 }
 
 TEST(Simulator, aNegativeIsDarkWhereThePositiveIsLight)
@@ -112,15 +97,6 @@ TEST(Simulator, cardsMayLieBeyondTheFrame)
         frame.cards.front().pose.centreX = x;
         EXPECT_EQ(renderLuma(frame).pixels.size(), 600U * 400U);
     }
-}
-
-TEST(Simulator, trialsCanBeMadeAgain)
-{
-    const Trial trial = makeTrial(4, 11);
-    EXPECT_EQ(trial.payload, makeTrial(4, 11).payload);
-    EXPECT_EQ(trial.frame.seed, makeTrial(4, 11).frame.seed);
-    EXPECT_NE(trial.frame.seed, makeTrial(4, 12).frame.seed);
-    EXPECT_NE(trial.frame.seed, makeTrial(5, 11).frame.seed);
 }
 
 TEST(Simulator, whatDoesNotFitIntoACodeIsRefused)

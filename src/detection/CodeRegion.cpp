@@ -1,0 +1,242 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/CodeRegion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+namespace quillmark {
+namespace {
+
+constexpr int cellSide = 16;   // pixels
+constexpr int rowsSampled = 4; // every so manieth row of a cell
+constexpr double leastIsotropy = 0.5;
+constexpr int leastCells = 16;
+constexpr int mostCellsAlong = 50; // larger codes are seen on a smaller copy
+constexpr double leastFill = 0.86;
+constexpr double mostFill = 1.14;
+constexpr double mostStretch = 2.6;
+constexpr double margin = 0.35; // of a region's side, to each side
+constexpr std::size_t mostRegions = 3;
+
+/// How busy the cells of a picture are: the mean step from a pixel to the next but one, which
+/// grain adds to less than to the step to the next.
+class BusyMap
+{
+public:
+    explicit BusyMap(const LumaView &picture)
+        : m_width(picture.width / cellSide), m_height(picture.height / cellSide)
+    {
+        m_cells.reserve(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height));
+        for (int row = 0; row < m_height; ++row) {
+            for (int column = 0; column < m_width; ++column) {
+                m_cells.push_back(busyness(picture, column, row));
+            }
+        }
+    }
+
+    int width() const { return m_width; }
+    int height() const { return m_height; }
+    float at(std::size_t cell) const { return m_cells[cell]; }
+    const std::vector<float> &cells() const { return m_cells; }
+
+private:
+    static float busyness(const LumaView &picture, int column, int row)
+    {
+        int across = 0;
+        int down = 0;
+        int sum = 0;
+        const std::ptrdiff_t left = static_cast<std::ptrdiff_t>(column) * cellSide;
+        for (int y = 0; y < cellSide; y += rowsSampled) {
+            const int top = std::min(row * cellSide + y, picture.height - 3);
+            const std::uint8_t *pixels = picture.row(top) + left;
+            const std::uint8_t *below = picture.row(top + 2) + left;
+            for (int x = 0; x < cellSide - 2; ++x) {
+                across += std::abs(pixels[x + 2] - pixels[x]);
+                down += std::abs(below[x] - pixels[x]);
+                ++sum;
+            }
+        }
+        const int least = std::min(across, down);
+        const int most = std::max(across, down);
+        return least >= leastIsotropy * most ? static_cast<float>(least) / static_cast<float>(sum)
+                                             : 0.0F;
+    }
+
+    int m_width;
+    int m_height;
+    std::vector<float> m_cells;
+};
+
+/// Cells that hang together, and how they lie.
+struct Patch {
+    std::vector<std::size_t> cells;
+    double busyness = 0;
+};
+
+class PatchFinder
+{
+public:
+    explicit PatchFinder(const BusyMap &map) : m_map(map) {}
+
+    /// The patches of cells that are busier than a level.
+    std::vector<Patch> above(float level)
+    {
+        m_seen.assign(m_map.cells().size(), false);
+        std::vector<Patch> patches;
+        for (std::size_t cell = 0; cell < m_seen.size(); ++cell) {
+            if (!m_seen[cell] && m_map.at(cell) > level) {
+                Patch patch = grow(cell, level);
+                if (patch.cells.size() >= leastCells) {
+                    patches.push_back(std::move(patch));
+                }
+            }
+        }
+        return patches;
+    }
+
+private:
+    Patch grow(std::size_t start, float level)
+    {
+        Patch patch;
+        const auto width = static_cast<std::size_t>(m_map.width());
+        m_seen[start] = true;
+        patch.cells.push_back(start);
+        for (std::size_t i = 0; i < patch.cells.size(); ++i) {
+            const std::size_t cell = patch.cells[i];
+            patch.busyness += m_map.at(cell);
+            const auto visit = [&](std::size_t next) {
+                if (!m_seen[next] && m_map.at(next) > level) {
+                    m_seen[next] = true;
+                    patch.cells.push_back(next);
+                }
+            };
+            if (cell % width > 0) {
+                visit(cell - 1);
+            }
+            if (cell % width + 1 < width) {
+                visit(cell + 1);
+            }
+            if (cell >= width) {
+                visit(cell - width);
+            }
+            if (cell + width < m_seen.size()) {
+                visit(cell + width);
+            }
+        }
+        return patch;
+    }
+
+    const BusyMap &m_map;
+    std::vector<bool> m_seen;
+};
+
+struct Candidate {
+    PixelArea area;
+    double merit = 0;
+};
+
+/// The area of a patch that is as full as a quadrilateral of its spread would be.
+bool isCompact(const Patch &patch, int width, Candidate &candidate)
+{
+    double x = 0;
+    double y = 0;
+    double xx = 0;
+    double yy = 0;
+    double xy = 0;
+    int left = width;
+    int right = 0;
+    int top = 1 << 30;
+    int bottom = 0;
+    for (const std::size_t cell : patch.cells) {
+        const int column = static_cast<int>(cell) % width;
+        const int row = static_cast<int>(cell) / width;
+        x += column;
+        y += row;
+        xx += column * column;
+        yy += row * row;
+        xy += column * row;
+        left = std::min(left, column);
+        right = std::max(right, column + 1);
+        top = std::min(top, row);
+        bottom = std::max(bottom, row + 1);
+    }
+    const auto count = static_cast<double>(patch.cells.size());
+    x /= count;
+    y /= count;
+    // A cell is spread itself.
+    xx = xx / count - x * x + 1.0 / 12;
+    yy = yy / count - y * y + 1.0 / 12;
+    xy = xy / count - x * y;
+    const double determinant = xx * yy - xy * xy;
+    const double fill = count / (12 * std::sqrt(std::max(determinant, 1e-9)));
+    const double middle = (xx + yy) / 2;
+    const double swing = std::sqrt(std::max(middle * middle - determinant, 0.0));
+    const double stretch = (middle + swing) / std::max(middle - swing, 1e-9);
+    if (fill < leastFill || fill > mostFill || stretch > mostStretch * mostStretch) {
+        return false;
+    }
+    const int side = std::max(right - left, bottom - top);
+    if (side > mostCellsAlong) {
+        return false;
+    }
+    const int around = static_cast<int>(margin * side) + 1;
+    candidate.area = {(left - around) * cellSide, (top - around) * cellSide,
+                      (right - left + 2 * around) * cellSide,
+                      (bottom - top + 2 * around) * cellSide};
+    candidate.merit = patch.busyness / count * std::sqrt(count);
+    return true;
+}
+
+bool contains(const PixelArea &area, const PixelArea &other)
+{
+    const int x = other.left + other.width / 2;
+    const int y = other.top + other.height / 2;
+    return x > area.left && x < area.left + area.width && y > area.top &&
+           y < area.top + area.height;
+}
+
+} // namespace
+
+std::vector<PixelArea> findCodeRegions(const LumaView &picture)
+{
+    if (picture.width < 4 * cellSide || picture.height < 4 * cellSide) {
+        return {};
+    }
+    const BusyMap map(picture);
+    std::vector<float> sorted = map.cells();
+    std::ranges::sort(sorted);
+    const auto levelAt = [&sorted](double share) {
+        return sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
+    };
+    std::vector<Candidate> candidates;
+    PatchFinder finder(map);
+    // A code may be most of a picture or a fiftieth of a hundredth of it.
+    for (const double share : {0.4, 0.6, 0.75, 0.85, 0.92, 0.96, 0.98, 0.99}) {
+        const float level = std::max(levelAt(share), 2.0F);
+        for (const Patch &patch : finder.above(level)) {
+            Candidate candidate;
+            if (isCompact(patch, map.width(), candidate)) {
+                candidates.push_back(candidate);
+            }
+        }
+    }
+    std::ranges::stable_sort(candidates, std::ranges::greater{}, &Candidate::merit);
+    std::vector<PixelArea> regions;
+    for (const Candidate &candidate : candidates) {
+        const auto isKnown = [&candidate](const PixelArea &known) {
+            return contains(known, candidate.area);
+        };
+        if (regions.size() < mostRegions && std::ranges::none_of(regions, isKnown)) {
+            regions.push_back(candidate.area);
+        }
+    }
+    return regions;
+}
+
+} // namespace quillmark

@@ -1,0 +1,243 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/FrameSearch.h"
+
+#include "detection/CodeRegion.h"
+#include "detection/CodeTexture.h"
+#include "detection/FinderCompletion.h"
+#include "detection/FinderScan.h"
+#include "detection/FrameCopy.h"
+#include "detection/GridReader.h"
+#include "detection/Reduce.h"
+#include "detection/Sharpen.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr std::size_t smallPicture = 3'000'000; // pixels
+constexpr std::size_t smallCopy = 1'500'000;    // of a frame that is larger itself
+// What is busy like a code is looked for on copies of no more than these pixels, and only frames of
+// no more are sharpened as a whole beyond the smallest copy: elsewhere the regions are.
+constexpr std::size_t mostSearched = 16'000'000;
+constexpr std::size_t tinyPicture = 250'000;
+constexpr int leastScannedSide = 60;
+constexpr int smallestScale = 9;
+constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
+constexpr std::size_t mostTriangles = 24; // of a look
+constexpr std::size_t mostPaired = 14;    // marks
+constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
+constexpr int wholeSharpening = 8;        // quarters
+
+struct Look {
+    int scale;
+    int sharpening; ///< quarters
+    int rowStep;
+};
+
+/// The looks at a place that is busy like a code.
+constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
+constexpr std::array<int, 4> regionScales{2, 4, 8, 1};
+/// In large frames, on the copies that are there already.
+constexpr std::array<int, 2> largeRegionScales{3, 9};
+
+double apart(const FinderMark &a, const FinderMark &b)
+{
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+bool areOne(const FinderTriangle &a, const FinderTriangle &b)
+{
+    const double near = 1.2 * std::min(a.module, b.module);
+    return a.corner.isDark == b.corner.isDark && apart(a.corner, b.corner) < near &&
+           ((apart(a.first, b.first) < near && apart(a.second, b.second) < near) ||
+            (apart(a.first, b.second) < near && apart(a.second, b.first) < near));
+}
+
+} // namespace
+
+bool FrameSearch::isScannedAt(int scale) const
+{
+    return std::min(m_frame.width, m_frame.height) / scale >= leastScannedSide;
+}
+
+std::size_t FrameSearch::pixelsAt(int scale) const
+{
+    return static_cast<std::size_t>(m_frame.width / scale) *
+           static_cast<std::size_t>(m_frame.height / scale);
+}
+
+LumaView FrameSearch::copy(int scale)
+{
+    if (scale == 1) {
+        return m_frame;
+    }
+    const auto known = m_copies.find(scale);
+    if (known != m_copies.end()) {
+        return known->second;
+    }
+    // From a copy that is there already, where one divides it: that is less to read.
+    int from = 1;
+    for (const auto &[other, image] : m_copies) {
+        from = scale % other == 0 ? other : from;
+    }
+    return m_copies.emplace(scale, reduceByBox(copy(from), scale / from)).first->second;
+}
+
+void FrameSearch::run()
+{
+    for (const Look &each : {Look{9, 0, 2}, {3, 0, 2}, {1, 0, 4}, {9, 8, 2}, {3, 8, 2}}) {
+        if (!isOver()) {
+            look(each.scale, each.sharpening, each.rowStep);
+        }
+    }
+    const bool isLarge = pixelsAt(1) > mostSearched;
+    for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
+        if (!isOver()) {
+            lookAtRegions(scale);
+        }
+    }
+    if (!isOver()) {
+        completePairs();
+    }
+    for (const int scale : {9, 3, 1}) {
+        if (!isOver()) {
+            lookAtWhole(scale);
+        }
+    }
+    if (!isOver() && pixelsAt(1) <= tinyPicture) {
+        lookAtEnlarged();
+    }
+}
+
+void FrameSearch::look(int scale, int sharpening, int rowStep)
+{
+    const bool isDear = sharpening > 0 && scale < smallestScale && pixelsAt(1) > mostSearched;
+    if (isScannedAt(scale) && !isDear) {
+        lookAt(copy(scale), {0, 0}, scale, sharpening, rowStep);
+    }
+}
+
+/// Looks harder where the frame is busy as a code is.
+void FrameSearch::lookAtRegions(int scale)
+{
+    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
+        return;
+    }
+    const LumaView picture = copy(scale);
+    for (const PixelArea &area : findCodeRegions(picture)) {
+        const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
+                                static_cast<double>(std::max(area.top, 0))};
+        const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
+        for (const int sharpening : regionSharpenings) {
+            if (!isOver()) {
+                lookAt(part, corner, scale, sharpening, 2);
+            }
+        }
+    }
+}
+
+/// Looks at a part of the frame's copy that begins at a place of it.
+void FrameSearch::lookAt(const LumaView &part, PixelPoint corner, int scale, int sharpening,
+                         int rowStep)
+{
+    std::vector<FinderMark> marks;
+    if (sharpening == 0) {
+        marks = scanForFinders(part, rowStep);
+    } else {
+        LumaImage sharpened = reduceByBox(part, 1);
+        sharpen(sharpened, sharpening);
+        marks = scanForFinders(sharpened, rowStep);
+    }
+    for (FinderMark &mark : marks) {
+        mark.x = (mark.x + corner.x) * scale;
+        mark.y = (mark.y + corner.y) * scale;
+        mark.module *= scale;
+    }
+    m_pool.add(marks);
+    std::vector<FinderMark> pooled = m_pool.marks();
+    std::erase_if(pooled, [&](const FinderMark &mark) {
+        const double x = mark.x / scale - corner.x;
+        const double y = mark.y / scale - corner.y;
+        return !(x >= 0 && y >= 0 && x <= part.width && y <= part.height);
+    });
+    tryTriangles(pooled.size() <= mostPooled ? pooled : marks);
+}
+
+void FrameSearch::tryTriangles(std::span<const FinderMark> marks)
+{
+    // All of them, though one may be the slate: another card may lie beside it.
+    for (const FinderTriangle &triangle : findTriangles(m_frame, marks, mostTriangles)) {
+        tryTriangle(triangle);
+    }
+}
+
+void FrameSearch::tryTriangle(const FinderTriangle &triangle)
+{
+    const auto isTried = [&triangle](const FinderTriangle &other) {
+        return areOne(triangle, other);
+    };
+    if (m_tried.size() >= mostTried || std::ranges::any_of(m_tried, isTried) ||
+        m_symbols.hasTextAt(triangle.middle()) || !hasCodeTexture(m_frame, triangle)) {
+        return;
+    }
+    m_tried.push_back(triangle);
+    if (std::optional<QrSymbol> symbol = readGrid(m_frame, triangle)) {
+        m_symbols.add(std::move(*symbol));
+    }
+}
+
+/// Where two of a code's finder patterns are known, looks for the third where it should be.
+void FrameSearch::completePairs()
+{
+    std::vector<FinderMark> marks = m_pool.marks();
+    std::erase_if(marks, [](const FinderMark &mark) { return mark.hits < 2; });
+    std::ranges::stable_sort(marks, std::ranges::greater{}, &FinderMark::hits);
+    marks.resize(std::min(marks.size(), mostPaired));
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        for (std::size_t k = i + 1; k < marks.size(); ++k) {
+            if (isOver() || m_tried.size() >= mostTried) {
+                return;
+            }
+            for (const FinderTriangle &triangle : completedTriangles(m_frame, marks[i], marks[k])) {
+                tryTriangle(triangle);
+            }
+        }
+    }
+}
+
+/// The library's own search over the whole frame: it finds codes whose finder patterns
+/// are damaged.
+void FrameSearch::lookAtWhole(int scale)
+{
+    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
+        return;
+    }
+    LumaImage picture = reduceByBox(copy(scale), 1);
+    sharpen(picture, wholeSharpening);
+    const QrEffort effort = scale == 1 ? QrEffort::thorough : QrEffort::quick;
+    for (QrSymbol &symbol : readCopy({std::move(picture), 1.0 * scale}, effort)) {
+        m_symbols.add(std::move(symbol));
+    }
+}
+
+/// Modules of one or two pixels in a small picture.
+void FrameSearch::lookAtEnlarged()
+{
+    for (const int factor : {2, 4}) {
+        for (QrSymbol &symbol :
+             readCopy({enlarge(m_frame, factor), 1.0 / factor}, QrEffort::thorough)) {
+            m_symbols.add(std::move(symbol));
+        }
+    }
+}
+
+} // namespace quillmark

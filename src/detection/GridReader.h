@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/FinderTriangle.h"
+#include "detection/LumaView.h"
+#include "detection/QrSymbol.h"
+
+#include <optional>
+
+namespace quillmark {
+
+/// Reads the QR code whose finder patterns a triangle marks, by its own grid: every module is
+/// sampled where it lies, told dark or light beside its neighbours, and the symbol drawn anew
+/// for the decoder. With a text only where that succeeded; nothing where no code stands there.
+/// Blocks; any thread.
+std::optional<QrSymbol> readGrid(const LumaView &frame, const FinderTriangle &triangle) noexcept;
+
+} // namespace quillmark

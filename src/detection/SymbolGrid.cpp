@@ -1,0 +1,316 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/SymbolGrid.h"
+
+#include "detection/SymbolPattern.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr double finderMiddle = 3.5; // modules from the corner
+constexpr double leastTiming = 0.15;
+
+double length(PixelPoint p)
+{
+    return std::hypot(p.x, p.y);
+}
+
+double distance(PixelPoint a, PixelPoint b)
+{
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+/// The three finder patterns as they lie on the picture.
+struct Finders {
+    LocalFrame topLeft;
+    LocalFrame topRight;
+    LocalFrame bottomLeft;
+};
+
+LocalFrame startOf(const RegionImage &picture, const FinderMark &mark,
+                   const FinderTriangle &triangle, double stretch)
+{
+    const auto step = [&](const FinderMark &end) {
+        const double x = end.x - triangle.corner.x;
+        const double y = end.y - triangle.corner.y;
+        const double scale = stretch * mark.module / picture.scale() / std::hypot(x, y);
+        return PixelPoint{x * scale, y * scale};
+    };
+    return {picture.fromFrame({mark.x, mark.y}), step(triangle.first), step(triangle.second), 0};
+}
+
+/// Light that has spread makes a pattern's dark parts, and with them its modules, look larger
+/// or smaller than they are: several sizes are tried.
+std::optional<LocalFrame> fitMark(const RegionImage &picture, const FinderMark &mark,
+                                  const FinderTriangle &triangle)
+{
+    std::optional<LocalFrame> best;
+    for (const double stretch : {1.0, 0.78, 1.25}) {
+        const auto found = fitFinder(picture, startOf(picture, mark, triangle, stretch));
+        if (found && (!best || found->score > best->score)) {
+            best = found;
+        }
+        if (best && best->score > 0.85) {
+            break;
+        }
+    }
+    return best;
+}
+
+std::optional<Finders> fitFinders(const RegionImage &picture, const FinderTriangle &triangle)
+{
+    const auto topLeft = fitMark(picture, triangle.corner, triangle);
+    const auto topRight = topLeft ? fitMark(picture, triangle.first, triangle) : std::nullopt;
+    const auto bottomLeft = topRight ? fitMark(picture, triangle.second, triangle) : std::nullopt;
+    if (!bottomLeft) {
+        return std::nullopt;
+    }
+    return Finders{*topLeft, *topRight, *bottomLeft};
+}
+
+double estimatedVersion(const Finders &finders)
+{
+    const double across = distance(finders.topLeft.middle, finders.topRight.middle) /
+                          ((length(finders.topLeft.right) + length(finders.topRight.right)) / 2);
+    const double down = distance(finders.topLeft.middle, finders.bottomLeft.middle) /
+                        ((length(finders.topLeft.down) + length(finders.bottomLeft.down)) / 2);
+    return ((across + down) / 2 + 7 - 17) / 4;
+}
+
+std::vector<GridKnot> finderKnots(const Finders &finders, int version)
+{
+    const double far = symbolSide(version) - finderMiddle;
+    std::vector<GridKnot> knots;
+    const auto add = [&](const LocalFrame &frame, double column, double row) {
+        knots.push_back({{column, row}, frame.middle, 1});
+        // Farther out, what the fit says of its turn and stretch is less sure.
+        for (const auto &[u, v] : {std::pair{-3.5, -3.5}, {3.5, -3.5}, {3.5, 3.5}, {-3.5, 3.5}}) {
+            knots.push_back({{column + u, row + v}, frame.at(u, v), 0.25});
+        }
+    };
+    add(finders.topLeft, finderMiddle, finderMiddle);
+    add(finders.topRight, far, finderMiddle);
+    add(finders.bottomLeft, finderMiddle, far);
+    return knots;
+}
+
+/// How well dark and light alternate along the timing patterns: 1 is perfectly, 0 is by
+/// chance.
+double timingScore(const RegionImage &picture, const SymbolGrid &grid)
+{
+    double product = 0;
+    double total = 0;
+    const auto follow = [&](const auto &at) {
+        for (int i = 8; i < grid.side() - 8; ++i) {
+            const double rise = at(i) - (at(i - 1) + at(i + 1)) / 2;
+            product += i % 2 == 0 ? -rise : rise;
+            total += std::abs(rise);
+        }
+    };
+    follow([&](int i) { return picture.at(grid.at(i + 0.5, 6.5)); });
+    follow([&](int i) { return picture.at(grid.at(6.5, i + 0.5)); });
+    return total > 0 ? product / total : 0;
+}
+
+/// What a symbol says of its version, where it can be understood: the version of which the
+/// fewest bits have to be wrong.
+std::optional<int> toldVersion(const RegionImage &picture, const SymbolGrid &grid)
+{
+    int best = 4; // the code tells apart what is up to three bits wrong
+    std::optional<int> version;
+    for (const bool mirrored : {false, true}) {
+        std::array<float, 18> levels{};
+        for (int i = 0; i < 18; ++i) {
+            const double far = grid.side() - 11 + i % 3 + 0.5;
+            const int line = i / 3;
+            const double near = line + 0.5;
+            levels[static_cast<std::size_t>(i)] =
+                picture.at(mirrored ? grid.at(near, far) : grid.at(far, near));
+        }
+        const auto [least, most] = std::ranges::minmax(levels);
+        std::uint32_t bits = 0;
+        for (std::size_t i = 0; i < levels.size(); ++i) {
+            bits |= levels[i] < (least + most) / 2 ? 1U << i : 0U;
+        }
+        for (int candidate = leastToldVersion; candidate <= mostVersion; ++candidate) {
+            const int wrong = std::popcount(bits ^ versionBits(candidate));
+            if (wrong < best) {
+                best = wrong;
+                version = candidate;
+            }
+        }
+    }
+    return version;
+}
+
+/// Finds the alignment patterns one after another, and grows the grid with each.
+SymbolGrid grow(const RegionImage &picture, SymbolGrid grid)
+{
+    std::vector<PixelPoint> open;
+    const std::vector<int> lines = alignmentLines(grid.version());
+    for (const int row : lines) {
+        for (const int column : lines) {
+            const bool atFinder = (row == lines.front() && column == lines.front()) ||
+                                  (row == lines.front() && column == lines.back()) ||
+                                  (row == lines.back() && column == lines.front());
+            if (!atFinder) {
+                open.push_back({column + 0.5, row + 0.5});
+            }
+        }
+    }
+    while (!open.empty()) {
+        const auto nearest = [&](PixelPoint place) {
+            double least = 1e9;
+            for (const GridKnot &knot : grid.knots()) {
+                least = std::min(least, distance(knot.module, place));
+            }
+            return least;
+        };
+        const auto next = std::ranges::min_element(open, {}, nearest);
+        const double reach = std::clamp(0.8 + 0.05 * nearest(*next), 1.0, 3.0);
+        const auto found = findAlignment(picture, grid.frameAt(next->x, next->y), reach);
+        if (found) {
+            std::vector<GridKnot> knots = grid.knots();
+            knots.push_back({*next, found->middle, 1});
+            if (auto grown = SymbolGrid::through(grid.version(), std::move(knots))) {
+                grid = std::move(*grown);
+            }
+        }
+        open.erase(next);
+    }
+    return grid;
+}
+
+} // namespace
+
+std::optional<SymbolGrid> SymbolGrid::through(int version, std::vector<GridKnot> knots)
+{
+    const std::optional<Homography> plane = Homography::fit(knots);
+    if (!plane) {
+        return std::nullopt;
+    }
+    SymbolGrid grid;
+    grid.m_version = version;
+    grid.m_side = symbolSide(version);
+    grid.m_knots = std::move(knots);
+    grid.m_plane = *plane;
+    grid.bend();
+    return grid;
+}
+
+/// What is left between the projection and the knots, spread smoothly over cells: each knot
+/// counts by the inverse square of its distance (Shepard, "A two-dimensional interpolation
+/// function for irregularly-spaced data", 1968).
+void SymbolGrid::bend()
+{
+    m_cells = static_cast<int>(std::ceil(m_side / cellModules)) + 1;
+    m_bending.resize(static_cast<std::size_t>(m_cells) * static_cast<std::size_t>(m_cells));
+    std::vector<PixelPoint> rests;
+    rests.reserve(m_knots.size());
+    for (const GridKnot &knot : m_knots) {
+        const PixelPoint plane = m_plane.map(knot.module);
+        rests.push_back({knot.pixel.x - plane.x, knot.pixel.y - plane.y});
+    }
+    for (int row = 0; row < m_cells; ++row) {
+        for (int column = 0; column < m_cells; ++column) {
+            PixelPoint sum;
+            double weights = 0;
+            for (std::size_t i = 0; i < m_knots.size(); ++i) {
+                const double x = column * cellModules - m_knots[i].module.x;
+                const double y = row * cellModules - m_knots[i].module.y;
+                const double weight = m_knots[i].weight / (x * x + y * y + 4);
+                sum.x += weight * rests[i].x;
+                sum.y += weight * rests[i].y;
+                weights += weight;
+            }
+            m_bending[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_cells) +
+                      static_cast<std::size_t>(column)] = {sum.x / weights, sum.y / weights};
+        }
+    }
+}
+
+PixelPoint SymbolGrid::at(double column, double row) const
+{
+    PixelPoint place = m_plane.map({column, row});
+    const double x = std::clamp(column / cellModules, 0.0, m_cells - 1.001);
+    const double y = std::clamp(row / cellModules, 0.0, m_cells - 1.001);
+    const int left = static_cast<int>(x);
+    const int top = static_cast<int>(y);
+    const double right = x - left;
+    const double down = y - top;
+    const PixelPoint *above = m_bending.data() +
+                              static_cast<std::size_t>(top) * static_cast<std::size_t>(m_cells) +
+                              static_cast<std::size_t>(left);
+    const PixelPoint *below = above + m_cells;
+    const auto mix = [&](double PixelPoint::*axis) {
+        return (1 - down) * ((1 - right) * above[0].*axis + right * above[1].*axis) +
+               down * ((1 - right) * below[0].*axis + right * below[1].*axis);
+    };
+    place.x += mix(&PixelPoint::x);
+    place.y += mix(&PixelPoint::y);
+    return place;
+}
+
+LocalFrame SymbolGrid::frameAt(double column, double row) const
+{
+    const PixelPoint middle = at(column, row);
+    const PixelPoint left = at(column - 1, row);
+    const PixelPoint right = at(column + 1, row);
+    const PixelPoint up = at(column, row - 1);
+    const PixelPoint down = at(column, row + 1);
+    return {middle,
+            {(right.x - left.x) / 2, (right.y - left.y) / 2},
+            {(down.x - up.x) / 2, (down.y - up.y) / 2},
+            0};
+}
+
+std::vector<SymbolGrid> findGrids(const RegionImage &picture, const FinderTriangle &triangle)
+{
+    if (picture.isEmpty()) {
+        return {};
+    }
+    const std::optional<Finders> finders = fitFinders(picture, triangle);
+    if (!finders) {
+        return {};
+    }
+    const double estimate = estimatedVersion(*finders);
+    const double slack = 1.6 + 0.08 * estimate;
+    const int least = std::max(leastVersion, static_cast<int>(std::ceil(estimate - slack)));
+    const int most = std::min(mostVersion, static_cast<int>(std::floor(estimate + slack)));
+    std::vector<std::pair<double, SymbolGrid>> ranked;
+    for (int version = least; version <= most; ++version) {
+        auto grid = SymbolGrid::through(version, finderKnots(*finders, version));
+        if (!grid) {
+            continue;
+        }
+        double score = timingScore(picture, *grid);
+        // The version stands beside the finder patterns, where the grid is surest.
+        if (version >= leastToldVersion && toldVersion(picture, *grid) == version) {
+            score += 1;
+        }
+        if (score >= leastTiming) {
+            ranked.emplace_back(score, std::move(*grid));
+        }
+    }
+    std::ranges::stable_sort(ranked, std::ranges::greater{}, &std::pair<double, SymbolGrid>::first);
+    constexpr std::size_t mostTried = 2;
+    std::vector<SymbolGrid> grids;
+    for (auto &[score, grid] : ranked) {
+        if (grids.size() < mostTried && (grids.empty() || score > ranked.front().first - 0.5)) {
+            grids.push_back(grow(picture, std::move(grid)));
+        }
+    }
+    return grids;
+}
+
+} // namespace quillmark
