@@ -45,8 +45,8 @@ std::optional<QString> decodeDrawn(const ModuleBits &modules, bool mirrored)
                 continue;
             }
             for (int y = 0; y < pixelsPerModule; ++y) {
-                std::uint8_t *pixels = image.row((row + quiet) * pixelsPerModule + y) +
-                                       (column + quiet) * pixelsPerModule;
+                const int left = (column + quiet) * pixelsPerModule;
+                std::uint8_t *pixels = image.row((row + quiet) * pixelsPerModule + y) + left;
                 std::fill_n(pixels, pixelsPerModule, std::uint8_t{0});
             }
         }
