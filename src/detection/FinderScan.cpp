@@ -4,7 +4,6 @@
 #include "detection/FinderScan.h"
 
 #include "detection/FinderRuns.h"
-#include "detection/TwoThreads.h"
 
 #include <algorithm>
 #include <array>
@@ -23,7 +22,11 @@ constexpr float leastModule = 1.6F;
 constexpr float largestModule = 9.0F;
 constexpr float leastContrast = 10.0F; // grey levels between the pattern's light and dark
 constexpr std::size_t mostMarks = 4000;
-constexpr std::size_t worthAThread = 500'000; // pixels: about two milliseconds of scanning
+constexpr std::size_t lookBack = 200;
+// How far below a row its marks are checked: the column through a pattern goes 6.5 modules of up
+// to 9 pixels and finds its middle half of that away; modules that are 1.7 times as large each way
+// may be crossed from there, and on the diagonals 6.5 of these at 0.85 steps.
+constexpr int rowsBelow = 176;
 
 /// The row less the mean of its neighbourhood, lightly smoothed against grain.
 void flattenRow(const std::uint8_t *row, int width, std::vector<std::uint32_t> &prefix,
@@ -63,47 +66,11 @@ void flattenRow(const std::uint8_t *row, int width, std::vector<std::uint32_t> &
     }
 }
 
-/// Collects the marks of a scan, joining those of neighbouring rows.
-class Marks
-{
-public:
-    void add(const FinderMark &mark)
-    {
-        // Newest first: rows come in order, so a match is near the end.
-        const std::size_t oldest = m_marks.size() > lookBack ? m_marks.size() - lookBack : 0;
-        for (std::size_t i = m_marks.size(); i-- > oldest;) {
-            FinderMark &known = m_marks[i];
-            const double near = 1.5 * known.module;
-            if (known.isDark == mark.isDark && std::abs(known.x - mark.x) < near &&
-                std::abs(known.y - mark.y) < near && mark.module < 1.5 * known.module &&
-                known.module < 1.5 * mark.module) {
-                known.hits += mark.hits;
-                known.diagonals = std::max(known.diagonals, mark.diagonals);
-                const double share = static_cast<double>(mark.hits) / known.hits;
-                known.x += (mark.x - known.x) * share;
-                known.y += (mark.y - known.y) * share;
-                known.module += (mark.module - known.module) * share;
-                return;
-            }
-        }
-        if (m_marks.size() < mostMarks) {
-            m_marks.push_back(mark);
-        }
-    }
-
-    std::vector<FinderMark> take() { return std::move(m_marks); }
-
-private:
-    static constexpr std::size_t lookBack = 200;
-
-    std::vector<FinderMark> m_marks;
-};
-
 /// Follows the runs of one row as they end, and checks each five that fit.
 class RowScan
 {
 public:
-    RowScan(const LumaView &picture, int y, Marks &marks)
+    RowScan(const LumaView &picture, int y, MarkList &marks)
         : m_picture(picture), m_y(y), m_marks(marks)
     {}
 
@@ -226,47 +193,65 @@ private:
 
     const LumaView &m_picture;
     int m_y;
-    Marks &m_marks;
+    MarkList &m_marks;
 };
-
-/// Scans the rows from the first one to before the end.
-std::vector<FinderMark> scanRows(const LumaView &picture, int first, int end, int rowStep)
-{
-    const auto width = static_cast<std::size_t>(picture.width);
-    std::vector<std::uint32_t> prefix(width + 1);
-    std::vector<std::int16_t> flat(width);
-    std::vector<int> edges(width);
-    Marks marks;
-    for (int y = first; y < end; y += rowStep) {
-        flattenRow(picture.row(y), picture.width, prefix, flat);
-        RowScan(picture, y, marks).scan(flat, edges);
-    }
-    return marks.take();
-}
 
 } // namespace
 
-std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep)
+void MarkList::add(const FinderMark &mark)
 {
-    if (picture.isEmpty() || picture.width < 2) {
-        return {};
-    }
-    const int first = rowStep / 2;
-    const int middle = first + picture.height / (2 * rowStep) * rowStep;
-    const auto upper = [&] { return scanRows(picture, first, middle, rowStep); };
-    const auto lower = [&] { return scanRows(picture, middle, picture.height, rowStep); };
-    const auto scanned = static_cast<std::size_t>(picture.width) *
-                         static_cast<std::size_t>(picture.height / rowStep);
-    const auto [above, below] =
-        scanned < worthAThread ? std::pair(upper(), lower()) : runBoth(upper, lower);
-
-    Marks marks;
-    for (const std::vector<FinderMark> &half : {std::cref(above), std::cref(below)}) {
-        for (const FinderMark &mark : half) {
-            marks.add(mark);
+    // Newest first: rows come in order, so a match is near the end.
+    const std::size_t oldest = m_marks.size() > lookBack ? m_marks.size() - lookBack : 0;
+    for (std::size_t i = m_marks.size(); i-- > oldest;) {
+        FinderMark &known = m_marks[i];
+        const double near = 1.5 * known.module;
+        if (known.isDark == mark.isDark && std::abs(known.x - mark.x) < near &&
+            std::abs(known.y - mark.y) < near && mark.module < 1.5 * known.module &&
+            known.module < 1.5 * mark.module) {
+            known.hits += mark.hits;
+            known.diagonals = std::max(known.diagonals, mark.diagonals);
+            const double share = static_cast<double>(mark.hits) / known.hits;
+            known.x += (mark.x - known.x) * share;
+            known.y += (mark.y - known.y) * share;
+            known.module += (mark.module - known.module) * share;
+            return;
         }
     }
-    return marks.take();
+    if (m_marks.size() < mostMarks) {
+        m_marks.push_back(mark);
+    }
+}
+
+FinderScan::FinderScan(const LumaView &picture, int rowStep)
+    : m_picture(picture), m_rowStep(rowStep), m_next(rowStep / 2)
+{
+    if (picture.isEmpty() || picture.width < 2) {
+        m_picture.height = 0;
+    }
+    const auto width = static_cast<std::size_t>(std::max(picture.width, 0));
+    m_prefix.resize(width + 1);
+    m_flat.resize(width);
+    m_edges.resize(width);
+}
+
+void FinderScan::advance(int end)
+{
+    const int last = end < m_picture.height ? end - rowsBelow : m_picture.height;
+    for (; m_next < last; m_next += m_rowStep) {
+        flattenRow(m_picture.row(m_next), m_picture.width, m_prefix, m_flat);
+        RowScan(m_picture, m_next, m_marks).scan(m_flat, m_edges);
+    }
+}
+
+std::vector<FinderMark> FinderScan::finish()
+{
+    advance(m_picture.height);
+    return m_marks.take();
+}
+
+std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep)
+{
+    return FinderScan(picture, rowStep).finish();
 }
 
 } // namespace quillmark
