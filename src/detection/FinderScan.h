@@ -58,9 +58,11 @@ private:
     LumaView m_picture;
     int m_rowStep;
     int m_next;
-    std::vector<std::uint32_t> m_prefix;
     std::vector<std::int16_t> m_flat;
-    std::vector<int> m_edges;
+    std::vector<std::uint16_t> m_scratch;
+    std::vector<std::int32_t> m_edges;
+    std::vector<float> m_places;
+    std::vector<std::int32_t> m_found; ///< which of them may begin a pattern
     MarkList m_marks;
 };
 

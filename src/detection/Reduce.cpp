@@ -3,6 +3,8 @@
 
 #include "detection/Reduce.h"
 
+#include "detection/LumaKernels.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -42,8 +44,6 @@ void meanOfColumns(const std::uint16_t *sums, std::uint8_t *out, int width, int 
     switch (factor) {
     case 2:
         return meanOfColumns<2>(sums, out, width, 0);
-    case 3:
-        return meanOfColumns<3>(sums, out, width, 0);
     case 4:
         return meanOfColumns<4>(sums, out, width, 0);
     default:
@@ -63,6 +63,12 @@ BoxReduction::BoxReduction(const LumaView &picture, int factor)
 int BoxReduction::advance(int end)
 {
     for (; m_end < std::min(end / m_factor, m_reduced.height); ++m_end) {
+        if (m_factor == 3) {
+            const std::uint8_t *top = m_picture.row(m_end * 3);
+            meanOfTriples({top, top + m_picture.stride, top + 2 * m_picture.stride},
+                          static_cast<std::size_t>(m_reduced.width), m_reduced.row(m_end));
+            continue;
+        }
         std::ranges::fill(m_sums, std::uint16_t{0});
         for (int i = 0; i < m_factor; ++i) {
             addRow(m_sums, m_picture.row(m_end * m_factor + i));

@@ -35,7 +35,7 @@ private:
     LumaView m_picture;
     int m_quarters;
     LumaImage m_sharpened;
-    std::vector<std::int16_t> m_sums;
+    std::vector<std::uint16_t> m_sums;
     int m_end = 0;
 };
 

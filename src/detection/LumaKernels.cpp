@@ -1,0 +1,206 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/LumaKernels.h"
+
+#include "detection/ScalarKernels.h"
+
+// Has this file compiled once for each kind of vectors.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "detection/LumaKernels.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace quillmark::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<std::uint8_t>;
+using Words = hn::Repartition<std::uint16_t, Bytes>;
+using HalfBytes = hn::Half<Bytes>; // as many as there are words
+using WordVector = hn::Vec<Words>;
+
+HWY_INLINE WordVector loadWords(const std::uint8_t *from)
+{
+    return hn::PromoteTo(Words(), hn::LoadU(HalfBytes(), from));
+}
+
+HWY_INLINE WordVector addUp(WordVector a, WordVector b, WordVector c, WordVector d)
+{
+    return hn::Add(hn::Add(a, b), hn::Add(c, d));
+}
+
+void MeanOfTriples(const std::array<const std::uint8_t *, 3> &rows, std::size_t count,
+                   std::uint8_t *out)
+{
+    const HalfBytes bytes;
+    const Words words;
+    const std::size_t lanes = hn::Lanes(words);
+    const auto half = hn::Set(words, 4);
+    const auto ninth = hn::Set(words, 7282); // 65536/9; exact up to 9 * 255 + 4
+    std::size_t x = 0;
+    for (; x + lanes <= count; x += lanes) {
+        auto sum = half;
+        for (const std::uint8_t *row : rows) {
+            hn::Vec<HalfBytes> a;
+            hn::Vec<HalfBytes> b;
+            hn::Vec<HalfBytes> c;
+            hn::LoadInterleaved3(bytes, row + 3 * x, a, b, c);
+            sum = addUp(sum, hn::PromoteTo(words, a), hn::PromoteTo(words, b),
+                        hn::PromoteTo(words, c));
+        }
+        hn::StoreU(
+            hn::DemoteTo(bytes, hn::BitCast(hn::RebindToSigned<Words>(), hn::MulHigh(sum, ninth))),
+            bytes, out + x);
+    }
+    scalar::meanOfTriples(rows, x, count, out);
+}
+
+/// sums[i] = in[i] + in[i + step] + in[i + 2 step] + in[i + 3 step]
+void SumFourBytes(const std::uint8_t *in, std::size_t count, std::uint16_t *sums)
+{
+    const std::size_t lanes = hn::Lanes(Words());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        hn::StoreU(addUp(loadWords(in + i), loadWords(in + i + 1), loadWords(in + i + 2),
+                         loadWords(in + i + 3)),
+                   Words(), sums + i);
+    }
+    for (; i < count; ++i) {
+        sums[i] = static_cast<std::uint16_t>(in[i] + in[i + 1] + in[i + 2] + in[i + 3]);
+    }
+}
+
+void SumFourSums(const std::uint16_t *in, std::size_t count, std::uint16_t *sums)
+{
+    const Words words;
+    const std::size_t lanes = hn::Lanes(words);
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        hn::StoreU(addUp(hn::LoadU(words, in + i), hn::LoadU(words, in + i + 4),
+                         hn::LoadU(words, in + i + 8), hn::LoadU(words, in + i + 12)),
+                   words, sums + i);
+    }
+    for (; i < count; ++i) {
+        sums[i] = static_cast<std::uint16_t>(in[i] + in[i + 4] + in[i + 8] + in[i + 12]);
+    }
+}
+
+/// The neighbourhood's 49 pixels are three times sixteen and one.
+void FlattenRow(const std::uint8_t *row, std::size_t width, std::uint16_t *scratch,
+                std::int16_t *flat)
+{
+    constexpr std::size_t reach = scalar::flatReach;
+    constexpr std::size_t around = 2 * reach + 1;
+    if (width < around) {
+        scalar::flattenRow(row, width, 0, width, flat);
+        return;
+    }
+    std::uint16_t *fours = scratch;
+    std::uint16_t *sixteens = scratch + width;
+    SumFourBytes(row, width - 3, fours);
+    SumFourSums(fours, width - 15, sixteens);
+
+    const Words words;
+    const std::size_t lanes = hn::Lanes(words);
+    const auto share = hn::Set(words, static_cast<std::uint16_t>(scalar::flatShare));
+    scalar::flattenRow(row, width, 0, reach, flat);
+    std::size_t x = reach;
+    for (; x + reach + lanes <= width; x += lanes) {
+        const std::size_t left = x - reach;
+        const auto sum =
+            addUp(hn::LoadU(words, sixteens + left), hn::LoadU(words, sixteens + left + 16),
+                  hn::LoadU(words, sixteens + left + 32), loadWords(row + left + 48));
+        const auto here = loadWords(row + x);
+        const auto smooth =
+            hn::ShiftLeft<2>(addUp(loadWords(row + x - 1), here, here, loadWords(row + x + 1)));
+        const hn::RebindToSigned<Words> differences;
+        hn::StoreU(hn::BitCast(differences, hn::Sub(smooth, hn::MulHigh(sum, share))), differences,
+                   flat + x);
+    }
+    scalar::flattenRow(row, width, x, width, flat);
+}
+
+void SumRows(const std::array<const std::uint8_t *, 5> &rows, std::size_t width,
+             std::uint16_t *sums)
+{
+    const Words words;
+    const std::size_t lanes = hn::Lanes(words);
+    std::size_t x = 0;
+    for (; x + lanes <= width; x += lanes) {
+        const auto outer = hn::Add(loadWords(rows[0] + x), loadWords(rows[4] + x));
+        const auto inner = hn::Add(loadWords(rows[1] + x), loadWords(rows[3] + x));
+        const auto middle = loadWords(rows[2] + x);
+        hn::StoreU(addUp(outer, hn::ShiftLeft<2>(hn::Add(inner, middle)), middle, middle), words,
+                   sums + x);
+    }
+    scalar::sumRows(rows, x, width, sums);
+}
+
+void SharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t width, int quarters,
+                std::uint8_t *out)
+{
+    const hn::RepartitionToWide<hn::RebindToSigned<Words>> wide;
+    const hn::Half<Words> halfWords;
+    const hn::Rebind<std::uint8_t, decltype(wide)> bytes;
+    const std::size_t lanes = hn::Lanes(wide);
+    const auto strength = hn::Set(wide, quarters);
+    const auto rounding = hn::Set(wide, 512);
+    std::size_t x = 0;
+    for (; x + lanes <= width; x += lanes) {
+        const auto load = [&](std::size_t offset)
+                              HWY_ATTR { return hn::LoadU(halfWords, sums + x + offset); };
+        const auto inner = hn::Add(load(1), load(3));
+        const auto middle = load(2);
+        const auto around =
+            hn::Add(hn::Add(load(0), load(4)),
+                    hn::Add(hn::ShiftLeft<2>(hn::Add(inner, middle)), hn::Add(middle, middle)));
+        const auto here = hn::PromoteTo(wide, hn::LoadU(bytes, row + x));
+        const auto distance = hn::Sub(hn::ShiftLeft<8>(here), hn::PromoteTo(wide, around));
+        const auto value = hn::Add(hn::ShiftLeft<10>(here), hn::Mul(distance, strength));
+        hn::StoreU(hn::DemoteTo(bytes, hn::ShiftRight<10>(hn::Add(value, rounding))), bytes,
+                   out + x);
+    }
+    scalar::sharpenRow(row, sums, quarters, x, width, out);
+}
+
+} // namespace
+} // namespace quillmark::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace quillmark {
+
+HWY_EXPORT(MeanOfTriples);
+HWY_EXPORT(FlattenRow);
+HWY_EXPORT(SumRows);
+HWY_EXPORT(SharpenRow);
+
+void meanOfTriples(const std::array<const std::uint8_t *, 3> &rows, std::size_t count,
+                   std::uint8_t *out)
+{
+    HWY_DYNAMIC_DISPATCH(MeanOfTriples)(rows, count, out);
+}
+
+void flattenRow(const std::uint8_t *row, std::size_t width, std::uint16_t *scratch,
+                std::int16_t *flat)
+{
+    HWY_DYNAMIC_DISPATCH(FlattenRow)(row, width, scratch, flat);
+}
+
+void sumRows(const std::array<const std::uint8_t *, 5> &rows, std::size_t width,
+             std::uint16_t *sums)
+{
+    HWY_DYNAMIC_DISPATCH(SumRows)(rows, width, sums);
+}
+
+void sharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t width, int quarters,
+                std::uint8_t *out)
+{
+    HWY_DYNAMIC_DISPATCH(SharpenRow)(row, sums, width, quarters, out);
+}
+
+} // namespace quillmark
+#endif
