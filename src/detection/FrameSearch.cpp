@@ -197,7 +197,9 @@ void FrameSearch::completePairs()
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
+    // It tries every three patterns, which takes seconds where hundreds look like one.
+    if (m_pool.marks().size() > mostPooled || !isScannedAt(scale) ||
+        pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }
     LumaImage picture = sharpen(copy(scale), wholeSharpening);
