@@ -166,6 +166,35 @@ void SharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t 
     scalar::sharpenRow(row, sums, quarters, x, width, out);
 }
 
+#if HWY_TARGET == HWY_SCALAR
+void AddSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
+              std::uint64_t *sums)
+{
+    scalar::addSteps(row, below, cells, sums);
+}
+#else
+void AddSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
+              std::uint64_t *sums)
+{
+    const hn::FixedTag<std::uint8_t, cellPixels> bytes;
+    const hn::FixedTag<std::uint64_t, 2> pair;
+    const auto wanted = hn::VecFromMask(bytes, hn::FirstN(bytes, cellSteps));
+    const auto sumOfSteps = [wanted](auto a, auto b) HWY_ATTR {
+        const auto step = hn::Or(hn::SaturatedSub(a, b), hn::SaturatedSub(b, a));
+        return hn::SumsOf8(hn::And(step, wanted));
+    };
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        const auto here = hn::LoadU(bytes, row + cell * cellPixels);
+        const auto across = sumOfSteps(here, hn::ShiftRightBytes<2>(bytes, here));
+        const auto down = sumOfSteps(here, hn::LoadU(bytes, below + cell * cellPixels));
+        const auto both = hn::Add(hn::InterleaveLower(pair, across, down),
+                                  hn::InterleaveUpper(pair, across, down));
+        std::uint64_t *sum = sums + 2 * cell;
+        hn::StoreU(hn::Add(hn::LoadU(pair, sum), both), pair, sum);
+    }
+}
+#endif
+
 } // namespace
 } // namespace quillmark::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -177,6 +206,7 @@ HWY_EXPORT(MeanOfTriples);
 HWY_EXPORT(FlattenRow);
 HWY_EXPORT(SumRows);
 HWY_EXPORT(SharpenRow);
+HWY_EXPORT(AddSteps);
 
 void meanOfTriples(const std::array<const std::uint8_t *, 3> &rows, std::size_t count,
                    std::uint8_t *out)
@@ -200,6 +230,12 @@ void sharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t 
                 std::uint8_t *out)
 {
     HWY_DYNAMIC_DISPATCH(SharpenRow)(row, sums, width, quarters, out);
+}
+
+void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
+              std::uint64_t *sums)
+{
+    HWY_DYNAMIC_DISPATCH(AddSteps)(row, below, cells, sums);
 }
 
 } // namespace quillmark

@@ -37,4 +37,13 @@ void sumRows(const std::array<const std::uint8_t *, 5> &rows, std::size_t width,
 void sharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t width, int quarters,
                 std::uint8_t *out);
 
+/// The pixels of a row that make a cell, and how many of them are looked at.
+inline constexpr std::size_t cellPixels = 16;
+inline constexpr std::size_t cellSteps = 14;
+
+/// How far each of the first fourteen pixels of a cell is from the next but one and from the
+/// one in `below`: the sums over a cell are added to sums[2 cell] and sums[2 cell + 1].
+void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
+              std::uint64_t *sums);
+
 } // namespace quillmark

@@ -29,6 +29,19 @@ using FloatMask = hn::Mask<Floats>;
 
 constexpr std::array<std::size_t, 4> outerRuns{0, 1, 3, 4};
 
+/// No more bytes than were stored at once: the processor hands on what it has just stored only
+/// to loads that ask for no more.
+template <std::size_t count>
+HWY_INLINE std::uint64_t loadBits(const std::array<std::uint8_t, sizeof(std::uint64_t)> &bytes)
+{
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, bytes.data(), count);
+    if constexpr (std::endian::native == std::endian::big) {
+        bits = __builtin_bswap64(bits);
+    }
+    return bits;
+}
+
 std::size_t FindSignChanges(const std::int16_t *flat, std::size_t width, std::int32_t *edges)
 {
     const hn::ScalableTag<std::int16_t> shorts;
@@ -36,17 +49,14 @@ std::size_t FindSignChanges(const std::int16_t *flat, std::size_t width, std::in
     static_assert(hn::MaxLanes(hn::ScalableTag<std::int16_t>()) <= runSlack);
     // As many as there often are, so that the branch behind them is mostly foreseen.
     constexpr std::size_t together = 8;
+    constexpr std::size_t maskBytes = (hn::MaxLanes(hn::ScalableTag<std::int16_t>()) + 7) / 8;
     std::array<std::uint8_t, sizeof(std::uint64_t)> bytes{};
     std::size_t count = 0;
     std::size_t x = 1;
     for (; x + lanes <= width; x += lanes) {
         const auto change = hn::Xor(hn::LoadU(shorts, flat + x - 1), hn::LoadU(shorts, flat + x));
         hn::StoreMaskBits(shorts, hn::Lt(change, hn::Zero(shorts)), bytes.data());
-        std::uint64_t bits = 0;
-        std::memcpy(&bits, bytes.data(), sizeof bits);
-        if constexpr (std::endian::native == std::endian::big) {
-            bits = __builtin_bswap64(bits);
-        }
+        std::uint64_t bits = loadBits<maskBytes>(bytes);
         const auto found = static_cast<std::size_t>(std::popcount(bits));
         for (std::size_t done = 0; done < found; done += together) {
             for (std::size_t i = 0; i < together; ++i) {

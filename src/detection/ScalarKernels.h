@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 namespace quillmark::scalar {
 
@@ -68,6 +69,17 @@ inline void sharpenRow(const std::uint8_t *row, const std::uint16_t *sums, int q
                          6 * sums[x + 2]; // 256 times a pixel
         const int value = row[x] * 1024 + (row[x] * 256 - mean) * quarters;
         out[x] = static_cast<std::uint8_t>(std::clamp((value + 512) >> 10, 0, 255));
+    }
+}
+
+inline void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
+                     std::uint64_t *sums)
+{
+    for (std::size_t cell = 0; cell < cells; ++cell, row += 16, below += 16) {
+        for (std::size_t x = 0; x < 14; ++x) {
+            sums[2 * cell] += static_cast<unsigned>(std::abs(row[x + 2] - row[x]));
+            sums[2 * cell + 1] += static_cast<unsigned>(std::abs(below[x] - row[x]));
+        }
     }
 }
 

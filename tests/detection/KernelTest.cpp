@@ -172,6 +172,19 @@ TEST_P(Kernels, sharpeningIsThatOfScalarCode)
     });
 }
 
+TEST_P(Kernels, stepsAreThoseOfScalarCode)
+{
+    for (const std::size_t cells : {1U, 2U, 3U, 40U}) {
+        const auto row = someRow(cells * cellPixels, Kind::extreme, 4);
+        const auto below = someRow(cells * cellPixels, Kind::grain, 5);
+        std::vector<std::uint64_t> sums(2 * cells, 7); // they are added to
+        std::vector<std::uint64_t> expected = sums;
+        addSteps(row.data(), below.data(), cells, sums.data());
+        scalar::addSteps(row.data(), below.data(), cells, expected.data());
+        ASSERT_EQ(sums, expected);
+    }
+}
+
 TEST_P(Kernels, signChangesAndRunsAreThoseOfScalarCode)
 {
     withRows(0, [](const std::vector<std::uint8_t> &row, std::size_t length) {
