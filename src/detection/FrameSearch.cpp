@@ -31,7 +31,11 @@ constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look 
 constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
 constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
-constexpr int wholeSharpening = 8;        // quarters
+// What may be spent on comparing marks with each other, one with one being the unit: a fifth of a
+// second. Completing a pair takes as long as many.
+constexpr std::size_t mostSpent = 300'000;
+constexpr std::size_t pairCost = 1'500;
+constexpr int wholeSharpening = 8; // quarters
 
 /// The looks at a place that is busy like a code.
 constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
@@ -59,6 +63,11 @@ bool FrameSearch::isScannedAt(int scale) const
     return std::min(m_frame.width, m_frame.height) / scale >= leastScannedSide;
 }
 
+bool FrameSearch::mayTryMore() const
+{
+    return !isOver() && m_tried.size() < mostTried && m_spent < mostSpent;
+}
+
 std::size_t FrameSearch::pixelsAt(int scale) const
 {
     return static_cast<std::size_t>(m_frame.width / scale) *
@@ -84,17 +93,17 @@ LumaView FrameSearch::copy(int scale)
 
 void FrameSearch::run()
 {
-    for (int i = 0; i < m_looks.count() && !isOver(); ++i) {
+    for (int i = 0; i < m_looks.count() && mayTryMore(); ++i) {
         const int scale = m_looks.scale(i);
         takeIn(m_looks.marks(i), m_looks.copy(scale), {0, 0}, scale);
     }
     const bool isLarge = pixelsAt(1) > mostSearched;
     for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
-        if (!isOver()) {
+        if (mayTryMore()) {
             lookAtRegions(scale);
         }
     }
-    if (!isOver()) {
+    if (mayTryMore()) {
         completePairs();
     }
     for (const int scale : {9, 3, 1}) {
@@ -119,7 +128,7 @@ void FrameSearch::lookAtRegions(int scale)
                                 static_cast<double>(std::max(area.top, 0))};
         const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
         for (const int sharpening : regionSharpenings) {
-            if (!isOver()) {
+            if (mayTryMore()) {
                 lookAtRegion(part, corner, scale, sharpening);
             }
         }
@@ -153,6 +162,7 @@ void FrameSearch::takeIn(std::vector<FinderMark> marks, const LumaView &part, Pi
 
 void FrameSearch::tryTriangles(std::span<const FinderMark> marks)
 {
+    m_spent += marks.size() * marks.size();
     // All of them, though one may be the slate: another card may lie beside it.
     for (const FinderTriangle &triangle : findTriangles(m_frame, marks, mostTriangles)) {
         tryTriangle(triangle);
@@ -183,9 +193,10 @@ void FrameSearch::completePairs()
     marks.resize(std::min(marks.size(), mostPaired));
     for (std::size_t i = 0; i < marks.size(); ++i) {
         for (std::size_t k = i + 1; k < marks.size(); ++k) {
-            if (isOver() || m_tried.size() >= mostTried) {
+            if (!mayTryMore()) {
                 return;
             }
+            m_spent += pairCost;
             for (const FinderTriangle &triangle : completedTriangles(m_frame, marks[i], marks[k])) {
                 tryTriangle(triangle);
             }

@@ -37,6 +37,8 @@ public:
 
 private:
     bool isOver() const { return m_symbols.hasSlate(); }
+    /// Whether another look may lead anywhere.
+    bool mayTryMore() const;
     /// Whether a copy is large enough for a code to be seen.
     bool isScannedAt(int scale) const;
     std::size_t pixelsAt(int scale) const;
@@ -57,6 +59,7 @@ private:
     std::map<int, LumaImage> m_copies; ///< beyond those of m_looks
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
+    std::size_t m_spent = 0; ///< on comparing marks
     SymbolList &m_symbols;
 };
 
