@@ -7,8 +7,6 @@
 
 #include <array>
 #include <bit>
-#include <cstring>
-#include <utility>
 
 // Has this file compiled once for each kind of vectors.
 #undef HWY_TARGET_INCLUDE
@@ -32,12 +30,11 @@ constexpr std::array<std::size_t, 4> outerRuns{0, 1, 3, 4};
 /// No more bytes than were stored at once: the processor hands on what it has just stored only
 /// to loads that ask for no more.
 template <std::size_t count>
-HWY_INLINE std::uint64_t loadBits(const std::array<std::uint8_t, sizeof(std::uint64_t)> &bytes)
+HWY_INLINE std::uint64_t joinBytes(const std::array<std::uint8_t, sizeof(std::uint64_t)> &bytes)
 {
     std::uint64_t bits = 0;
-    std::memcpy(&bits, bytes.data(), count);
-    if constexpr (std::endian::native == std::endian::big) {
-        bits = __builtin_bswap64(bits);
+    for (std::size_t i = 0; i < count; ++i) {
+        bits |= static_cast<std::uint64_t>(bytes[i]) << (8 * i);
     }
     return bits;
 }
@@ -56,7 +53,7 @@ std::size_t FindSignChanges(const std::int16_t *flat, std::size_t width, std::in
     for (; x + lanes <= width; x += lanes) {
         const auto change = hn::Xor(hn::LoadU(shorts, flat + x - 1), hn::LoadU(shorts, flat + x));
         hn::StoreMaskBits(shorts, hn::Lt(change, hn::Zero(shorts)), bytes.data());
-        std::uint64_t bits = loadBits<maskBytes>(bytes);
+        std::uint64_t bits = joinBytes<maskBytes>(bytes);
         const auto found = static_cast<std::size_t>(std::popcount(bits));
         for (std::size_t done = 0; done < found; done += together) {
             for (std::size_t i = 0; i < together; ++i) {
@@ -69,6 +66,7 @@ std::size_t FindSignChanges(const std::int16_t *flat, std::size_t width, std::in
     return count + scalar::findSignChanges(flat, x, width, edges + count);
 }
 
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_AVX2
 void PlaceEdges(const std::int16_t *flat, const std::int32_t *edges, std::size_t count,
                 float *places)
 {
@@ -77,21 +75,26 @@ void PlaceEdges(const std::int16_t *flat, const std::int32_t *edges, std::size_t
     const std::size_t lanes = hn::Lanes(numbers);
     std::size_t i = 0;
     for (; i + lanes <= count; i += lanes) {
-        // Both numbers of a pair at once.
+        // Both numbers of a pair at once, which need not be aligned as one.
         const auto x = hn::LoadU(numbers, edges + i);
         const auto pair = hn::GatherOffset(numbers, reinterpret_cast<const std::int32_t *>(flat),
                                            hn::Sub(hn::Add(x, x), hn::Set(numbers, 2)));
-        auto before = hn::ShiftRight<16>(hn::ShiftLeft<16>(pair));
-        auto here = hn::ShiftRight<16>(pair);
-        if constexpr (std::endian::native == std::endian::big) {
-            std::swap(before, here);
-        }
+        const auto before = hn::ShiftRight<16>(hn::ShiftLeft<16>(pair));
+        const auto here = hn::ShiftRight<16>(pair);
         const auto rise = hn::ConvertTo(floats, here);
         const auto step = hn::ConvertTo(floats, hn::Sub(here, before));
         hn::StoreU(hn::Sub(hn::ConvertTo(floats, x), hn::Div(rise, step)), floats, places + i);
     }
     scalar::placeEdges(flat, edges, i, count, places);
 }
+#else
+/// Where the processor does not gather numbers by itself, vectors gain nothing.
+void PlaceEdges(const std::int16_t *flat, const std::int32_t *edges, std::size_t count,
+                float *places)
+{
+    scalar::placeEdges(flat, edges, 0, count, places);
+}
+#endif
 
 HWY_INLINE FloatMask isBetween(FloatVector value, FloatVector above, FloatVector below)
 {

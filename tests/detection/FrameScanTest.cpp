@@ -76,15 +76,48 @@ TEST(FrameScan, findsWhatIsFoundOneAfterTheOther)
 TEST(FrameScan, aFrameThatIsCutShortIsSearchedAsFarAsItGoes)
 {
     const TempDir folder;
-    const fs::path whole = folder / "whole.jpg";
-    test::writeJpeg(whole, rasterOf(frameOfTwoCodes(1800, 1300)));
-    std::ifstream in(whole, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-    for (const std::size_t share : {1, 5, 6, 9}) {
-        const fs::path part = folder / "part.jpg";
-        std::ofstream(part, std::ios::binary) << bytes.substr(0, bytes.size() * share / 10);
-        EXPECT_EQ(scanFrame(part), readInTurns(part)) << share;
+    const test::RasterImage image = rasterOf(frameOfTwoCodes(1800, 1300));
+    for (const bool progressive : {false, true}) {
+        const fs::path whole = folder / "whole.jpg";
+        test::writeJpeg(whole, image, {.progressive = progressive});
+        std::ifstream in(whole, std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+        for (const std::size_t share : {1, 5, 6, 9}) {
+            const fs::path part = folder / "part.jpg";
+            std::ofstream(part, std::ios::binary) << bytes.substr(0, bytes.size() * share / 10);
+            EXPECT_EQ(scanFrame(part), readInTurns(part)) << share << ", " << progressive;
+        }
     }
+}
+
+TEST(FrameScan, damageBetweenScansLeavesTheScansBefore)
+{
+    const TempDir folder;
+    const fs::path file = folder / "progressive.jpg";
+    test::writeJpeg(file, rasterOf(frameOfTwoCodes(1800, 1300)), {.progressive = true});
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    // The length of the last scan's header is none.
+    const std::size_t lastScan = bytes.rfind("\xFF\xDA");
+    ASSERT_NE(lastScan, std::string::npos);
+    bytes.replace(lastScan + 2, 2, "\xFF\xFF");
+    std::ofstream(file, std::ios::binary) << bytes;
+    const auto expected = readInTurns(file);
+    EXPECT_THAT(expected, testing::SizeIs(2));
+    EXPECT_EQ(scanFrame(file), expected);
+}
+
+TEST(FrameScan, whatIsNoPictureIsRefused)
+{
+    const TempDir folder;
+    const fs::path file = folder / "whole.jpg";
+    test::writeJpeg(file, rasterOf(frameOfTwoCodes(1200, 900)));
+    std::ifstream in(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    const fs::path header = folder / "header.jpg";
+    std::ofstream(header, std::ios::binary) << bytes.substr(0, bytes.find("\xFF\xDA"));
+    EXPECT_THROW(scanFrame(header), SlateDetectionError);
+    EXPECT_THROW(scanFrame(folder / "missing.jpg"), SlateDetectionError);
 }
 
 /// The marks of all looks, in bands of rows that end here.
