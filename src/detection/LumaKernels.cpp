@@ -3,6 +3,7 @@
 
 #include "detection/LumaKernels.h"
 
+#include "detection/KernelTarget.h"
 #include "detection/ScalarKernels.h"
 
 // Has this file compiled once for each kind of vectors.
@@ -202,40 +203,44 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quillmark {
 
-HWY_EXPORT(MeanOfTriples);
-HWY_EXPORT(FlattenRow);
-HWY_EXPORT(SumRows);
-HWY_EXPORT(SharpenRow);
-HWY_EXPORT(AddSteps);
-
 void meanOfTriples(const std::array<const std::uint8_t *, 3> &rows, std::size_t count,
                    std::uint8_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(MeanOfTriples)(rows, count, out);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(MeanOfTriples))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(MeanOfTriples), HWY_CHOOSE_FALLBACK(MeanOfTriples)};
+    bestKind(kinds)(rows, count, out);
 }
 
 void flattenRow(const std::uint8_t *row, std::size_t width, std::uint16_t *scratch,
                 std::int16_t *flat)
 {
-    HWY_DYNAMIC_DISPATCH(FlattenRow)(row, width, scratch, flat);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(FlattenRow))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(FlattenRow), HWY_CHOOSE_FALLBACK(FlattenRow)};
+    bestKind(kinds)(row, width, scratch, flat);
 }
 
 void sumRows(const std::array<const std::uint8_t *, 5> &rows, std::size_t width,
              std::uint16_t *sums)
 {
-    HWY_DYNAMIC_DISPATCH(SumRows)(rows, width, sums);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(SumRows))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(SumRows), HWY_CHOOSE_FALLBACK(SumRows)};
+    bestKind(kinds)(rows, width, sums);
 }
 
 void sharpenRow(const std::uint8_t *row, const std::uint16_t *sums, std::size_t width, int quarters,
                 std::uint8_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(SharpenRow)(row, sums, width, quarters, out);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(SharpenRow))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(SharpenRow), HWY_CHOOSE_FALLBACK(SharpenRow)};
+    bestKind(kinds)(row, sums, width, quarters, out);
 }
 
 void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
               std::uint64_t *sums)
 {
-    HWY_DYNAMIC_DISPATCH(AddSteps)(row, below, cells, sums);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(AddSteps))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(AddSteps), HWY_CHOOSE_FALLBACK(AddSteps)};
+    bestKind(kinds)(row, below, cells, sums);
 }
 
 } // namespace quillmark

@@ -3,6 +3,7 @@
 
 #include "detection/RunKernels.h"
 
+#include "detection/KernelTarget.h"
 #include "detection/ScalarKernels.h"
 
 #include <array>
@@ -142,24 +143,26 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace quillmark {
 
-HWY_EXPORT(FindSignChanges);
-HWY_EXPORT(PlaceEdges);
-HWY_EXPORT(FindFinderRuns);
-
 std::size_t findSignChanges(const std::int16_t *flat, std::size_t width, std::int32_t *edges)
 {
-    return HWY_DYNAMIC_DISPATCH(FindSignChanges)(flat, width, edges);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(FindSignChanges))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(FindSignChanges), HWY_CHOOSE_FALLBACK(FindSignChanges)};
+    return bestKind(kinds)(flat, width, edges);
 }
 
 void placeEdges(const std::int16_t *flat, const std::int32_t *edges, std::size_t count,
                 float *places)
 {
-    HWY_DYNAMIC_DISPATCH(PlaceEdges)(flat, edges, count, places);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(PlaceEdges))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(PlaceEdges), HWY_CHOOSE_FALLBACK(PlaceEdges)};
+    bestKind(kinds)(flat, edges, count, places);
 }
 
 std::size_t findFinderRuns(const float *places, std::size_t count, std::int32_t *found)
 {
-    return HWY_DYNAMIC_DISPATCH(FindFinderRuns)(places, count, found);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(FindFinderRuns))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(FindFinderRuns), HWY_CHOOSE_FALLBACK(FindFinderRuns)};
+    return bestKind(kinds)(places, count, found);
 }
 
 } // namespace quillmark

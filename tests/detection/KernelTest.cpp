@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "detection/KernelTarget.h"
 #include "detection/LumaKernels.h"
 #include "detection/RunKernels.h"
 #include "detection/ScalarKernels.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <cmath>
 #include <random>
@@ -22,20 +22,21 @@ using testing::ElementsAre;
 class Kernels : public testing::TestWithParam<std::int64_t>
 {
 protected:
-    void SetUp() override
-    {
-        hwy::SetSupportedTargetsForTest(GetParam());
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-    void TearDown() override
-    {
-        hwy::SetSupportedTargetsForTest(0);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
+    void SetUp() override { kernelTarget().Update(GetParam()); }
+    void TearDown() override { kernelTarget().Update(processorTargets()); }
 };
 
-INSTANTIATE_TEST_SUITE_P(OfEachKind, Kernels,
-                         testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),
+std::vector<std::int64_t> kinds()
+{
+    std::vector<std::int64_t> kinds;
+    std::int64_t left = processorTargets() & HWY_TARGETS;
+    for (; left != 0; left &= left - 1) {
+        kinds.push_back(left & -left);
+    }
+    return kinds;
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, Kernels, testing::ValuesIn(kinds()),
                          [](const auto &kind) { return hwy::TargetName(kind.param); });
 
 /// Every length up to some vectors, and that of a row.
@@ -49,7 +50,7 @@ std::vector<std::size_t> lengths()
 }
 
 enum class Kind { grain, soft, extreme };
-constexpr std::array kinds{Kind::grain, Kind::soft, Kind::extreme};
+constexpr std::array rowKinds{Kind::grain, Kind::soft, Kind::extreme};
 
 std::vector<std::uint8_t> someRow(std::size_t length, Kind kind, unsigned seed)
 {
@@ -72,7 +73,7 @@ template <typename Check>
 void withRows(std::size_t more, const Check &check)
 {
     for (const std::size_t length : lengths()) {
-        for (const Kind kind : kinds) {
+        for (const Kind kind : rowKinds) {
             SCOPED_TRACE(testing::Message() << length << " of kind " << static_cast<int>(kind));
             const auto seed = static_cast<unsigned>(length * 8 + static_cast<std::size_t>(kind));
             check(someRow(length + more, kind, seed), length);
