@@ -17,6 +17,7 @@
 #include <cmath>
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
@@ -46,6 +47,11 @@ constexpr std::array<int, 2> largeRegionScales{3, 9};
 double apart(const FinderMark &a, const FinderMark &b)
 {
     return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+bool isSeenTwice(const FinderMark &mark)
+{
+    return mark.hits > 1;
 }
 
 bool areOne(const FinderTriangle &a, const FinderTriangle &b)
@@ -188,7 +194,7 @@ void FrameSearch::tryTriangle(const FinderTriangle &triangle)
 void FrameSearch::completePairs()
 {
     std::vector<FinderMark> marks = m_pool.marks();
-    std::erase_if(marks, [](const FinderMark &mark) { return mark.hits < 2; });
+    std::erase_if(marks, std::not_fn(isSeenTwice));
     std::ranges::stable_sort(marks, std::ranges::greater{}, &FinderMark::hits);
     marks.resize(std::min(marks.size(), mostPaired));
     for (std::size_t i = 0; i < marks.size(); ++i) {
@@ -208,8 +214,11 @@ void FrameSearch::completePairs()
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
 {
-    // It tries every three patterns, which takes seconds where hundreds look like one.
-    if (m_pool.marks().size() > mostPooled || !isScannedAt(scale) ||
+    // It tries every three patterns, which takes seconds where hundreds look like one. In a large
+    // frame it sees nothing where not one pattern was seen twice.
+    const std::vector<FinderMark> &marks = m_pool.marks();
+    const bool isHopeless = pixelsAt(1) > mostSearched && std::ranges::none_of(marks, isSeenTwice);
+    if (isHopeless || marks.size() > mostPooled || !isScannedAt(scale) ||
         pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }
