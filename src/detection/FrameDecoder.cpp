@@ -4,51 +4,72 @@
 #include "detection/FrameDecoder.h"
 
 #include "detection/FrameDecoding.h"
+#include "detection/LumaDecoding.h"
 #include "detection/LumaRows.h"
 #include "detection/TiffOrientation.h"
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace quillmark {
 namespace {
 
-std::optional<DecodedFrame> decodeJpeg(const FrameFile &file)
+bool readTiff(TiffFrame &frame, LumaRows &rows)
 {
-    return decodeScans(file, [](JpegFrame &frame) -> std::optional<DecodedFrame> {
-        LumaRows rows(frame.width(), frame.height());
-        if (!frame.readLuma(rows)) {
-            return std::nullopt;
-        }
-        return DecodedFrame{rows.finish(), frame.orientation()};
-    });
-}
-
-std::optional<DecodedFrame> decodeTiff(const FrameFile &file)
-{
-    const std::unique_ptr<TiffFrame> frame = TiffFrame::open(file, FrameChannels::luma);
-    if (!frame) {
-        return std::nullopt;
-    }
-    SampleLuma luma(frame->layout());
-    findLevels(*frame, luma);
-    LumaRows rows(frame->width(), frame->height());
+    SampleLuma luma(frame.layout());
+    findLevels(frame, luma);
     bool decoded = false;
-    frame->visitAll([&](const SampleRow &row) {
+    frame.visitAll([&](const SampleRow &row) {
         luma.convert(row.samples, row.count, rows.rows(row.y, 1) + row.x);
         decoded = true;
+        // Of tiles beside each other the last one completes the rows.
+        if (row.x + row.count == frame.width()) {
+            rows.advance(row.y + 1);
+        }
     });
-    if (!decoded) {
-        return std::nullopt;
-    }
-    return DecodedFrame{rows.finish(), tiffOrientation(file)};
+    return decoded;
 }
 
 } // namespace
 
+void decodeLuma(const std::filesystem::path &path,
+                const std::function<bool(const LumaSource &)> &take)
+{
+    const auto taken = [&take](const LumaSource &source) {
+        return take(source) ? std::optional(true) : std::nullopt;
+    };
+    const auto fromJpeg = [&taken](const FrameFile &file) {
+        return decodeScans(file, [&taken](JpegFrame &frame) {
+            return taken({frame.width(), frame.height(),
+                          [&frame](LumaRows &rows) { return frame.readLuma(rows); },
+                          [&frame] { return frame.orientation(); }});
+        });
+    };
+    const auto fromTiff = [&taken](const FrameFile &file) -> std::optional<bool> {
+        const std::unique_ptr<TiffFrame> frame = TiffFrame::open(file, FrameChannels::luma);
+        if (!frame) {
+            return std::nullopt;
+        }
+        return taken({frame->width(), frame->height(),
+                      [&frame](LumaRows &rows) { return readTiff(*frame, rows); },
+                      [&file] { return tiffOrientation(file); }});
+    };
+    decodeByFormat(path, {}, fromJpeg, fromTiff);
+}
+
 DecodedFrame decodeFrame(const std::filesystem::path &file)
 {
-    return decodeByFormat(file, {}, decodeJpeg, decodeTiff);
+    DecodedFrame frame;
+    decodeLuma(file, [&frame](const LumaSource &source) {
+        LumaRows rows(source.width, source.height);
+        if (!source.read(rows)) {
+            return false;
+        }
+        frame = {rows.finish(), source.orientation()};
+        return true;
+    });
+    return frame;
 }
 
 } // namespace quillmark
