@@ -5,6 +5,7 @@
 
 #include "detection/FrameDecoding.h"
 #include "detection/LumaRows.h"
+#include "detection/TiffLuma.h"
 #include "detection/TiffOrientation.h"
 
 #include <memory>
@@ -30,15 +31,8 @@ std::optional<DecodedFrame> decodeTiff(const FrameFile &file)
     if (!frame) {
         return std::nullopt;
     }
-    SampleLuma luma(frame->layout());
-    findLevels(*frame, luma);
     LumaRows rows(frame->width(), frame->height());
-    bool decoded = false;
-    frame->visitAll([&](const SampleRow &row) {
-        luma.convert(row.samples, row.count, rows.rows(row.y, 1) + row.x);
-        decoded = true;
-    });
-    if (!decoded) {
+    if (!TiffLuma(*frame, rows).read()) {
         return std::nullopt;
     }
     return DecodedFrame{rows.finish(), tiffOrientation(file)};

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <utility>
 
 namespace quillmark {
@@ -14,7 +15,7 @@ namespace quillmark {
 /// A luma image that comes into being from the top, row by row. Memory is set aside at once
 /// but touched only with the rows that are asked for, so that writing a row finds it in the
 /// cache and a declared size costs nothing before there are data. Rows that nobody writes
-/// are mid-grey.
+/// are mid-grey. Safe from several threads that write different rows or parts of rows.
 class LumaRows
 {
 public:
@@ -35,11 +36,16 @@ public:
     /// Stays valid until finish().
     std::uint8_t *rows(int y, int count)
     {
+        // Nothing moves: the memory is there.
+        const std::scoped_lock lock(m_mutex);
         if (m_image.pixels.size() < bytes(y + count)) {
             m_image.pixels.resize(bytes(y + count), midGrey);
         }
         return m_image.row(y);
     }
+
+    /// Says that all rows above `end` are final.
+    void advance(int end) { m_final = end; }
 
     /// The whole image.
     LumaImage finish()
@@ -55,6 +61,8 @@ private:
     }
 
     LumaImage m_image;
+    std::mutex m_mutex;
+    int m_final = 0;
 };
 
 } // namespace quillmark

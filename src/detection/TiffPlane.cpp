@@ -3,41 +3,37 @@
 
 #include "detection/TiffPlane.h"
 
+#include "detection/TiffRowBytes.h"
+
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace quillmark {
 namespace {
 
-/// As much of an image without compression as is read at once.
-constexpr std::size_t bandBytes = 1U << 20U;
+/// A strip of more bytes than this is decoded row by row.
+constexpr std::size_t wholeStripBytes = 4U << 20U;
 
-/// Turns bytes as they are in the file into samples as this machine has them.
-void putRight(std::vector<std::uint8_t> &bytes, const TiffShape &shape)
+/// Nothing but a band of an image without compression is held.
+constexpr std::uint64_t storedBytes = 1U << 20U;
+
+/// LZW and deflate are much faster over a whole strip than row by row, and all other codings
+/// are not, or put up with damage in another way.
+bool isReadWhole(const TiffShape &shape)
 {
-    const auto size = static_cast<tmsize_t>(bytes.size());
-    if (shape.reversed) {
-        TIFFReverseBits(bytes.data(), size);
-    }
-    if (!shape.swapped) {
-        return;
-    }
-    switch (shape.bits) {
-    case 16:
-        TIFFSwabArrayOfShort(reinterpret_cast<std::uint16_t *>(bytes.data()), size / 2);
-        break;
-    case 24:
-        TIFFSwabArrayOfTriples(bytes.data(), size / 3);
-        break;
-    case 32:
-        TIFFSwabArrayOfLong(reinterpret_cast<std::uint32_t *>(bytes.data()), size / 4);
-        break;
-    case 64:
-        TIFFSwabArrayOfLong8(reinterpret_cast<std::uint64_t *>(bytes.data()), size / 8);
-        break;
-    default:
-        break;
-    }
+    return (shape.coding == TiffCoding::lzw || shape.coding == TiffCoding::deflate) &&
+           shape.blockBytes <= wholeStripBytes &&
+           shape.blockBytes == shape.rowBytes * static_cast<std::size_t>(shape.blockHeight);
+}
+
+/// libtiff holds all of a strip's packed bytes, and a scan may be a single strip.
+bool isInflatedHere(const TiffShape &shape)
+{
+    const bool plain = shape.predictor == PREDICTOR_NONE;
+    const bool differences = shape.predictor == PREDICTOR_HORIZONTAL &&
+                             (shape.bits == 8 || shape.bits == 16 || shape.bits == 32);
+    return shape.coding == TiffCoding::deflate && !shape.reversed && (plain || differences);
 }
 
 } // namespace
@@ -46,15 +42,39 @@ TiffPlane::TiffPlane(TiffHandle tiff, const TiffShape &shape, int plane)
     : m_tiff(std::move(tiff)), m_shape(shape), m_plane(static_cast<std::uint16_t>(plane))
 {}
 
+std::uint64_t TiffPlane::workingBytes(const TiffHandle &tiff, const TiffShape &shape)
+{
+    if (!shape.isReadInRows()) {
+        return shape.blockBytes + tiff.largestBlock();
+    }
+    if (!shape.isCompressed()) {
+        return std::max<std::uint64_t>(storedBytes, shape.rowBytes);
+    }
+    if (isReadWhole(shape)) {
+        return shape.blockBytes + tiff.largestBlock();
+    }
+    return shape.rowBytes + (isInflatedHere(shape) ? 0 : tiff.largestBlock());
+}
+
+void TiffPlane::expectRows(int y, int count)
+{
+    m_expectedTo = y + count;
+}
+
 const std::uint8_t *TiffPlane::stripRow(int y)
 {
-    if (!m_shape.compressed) {
+    if (!m_shape.isCompressed()) {
         return storedRow(y);
     }
-    m_buffer.resize(m_shape.rowBytes);
-    const bool read = TIFFReadScanline(m_tiff.get(), m_buffer.data(), static_cast<std::uint32_t>(y),
-                                       m_plane) == 1;
-    return read ? m_buffer.data() : nullptr;
+    if (isReadWhole(m_shape)) {
+        return wholeStripRow(y);
+    }
+    return isInflatedHere(m_shape) ? inflatedRow(y) : decodedRow(m_tiff, y);
+}
+
+std::uint32_t TiffPlane::stripAt(int y) const
+{
+    return TIFFComputeStrip(m_tiff.get(), static_cast<std::uint32_t>(y), m_plane);
 }
 
 /// libtiff reads a strip without compression in one piece, and a scan may be a single strip
@@ -63,27 +83,70 @@ const std::uint8_t *TiffPlane::storedRow(int y)
 {
     if (y < m_bufferedFrom || y >= m_bufferedTo) {
         const int inStrip = y % m_shape.blockHeight;
-        const int left = std::min(m_shape.blockHeight - inStrip, m_shape.height - y);
-        // Rows that are asked for one here and one there come alone.
-        const int wanted = y == m_bufferedTo
-                               ? std::clamp(static_cast<int>(bandBytes / m_shape.rowBytes), 1, left)
-                               : 1;
-        const std::uint64_t strip = TIFFGetStrileOffset(
-            m_tiff.get(), TIFFComputeStrip(m_tiff.get(), static_cast<std::uint32_t>(y), m_plane));
+        const std::uint64_t strip = TIFFGetStrileOffset(m_tiff.get(), stripAt(y));
         if (strip == 0) {
             return nullptr;
         }
-        m_buffer.resize(static_cast<std::size_t>(wanted) * m_shape.rowBytes);
+        m_buffer.resize(static_cast<std::size_t>(std::max(m_expectedTo - y, 1)) * m_shape.rowBytes);
         const std::size_t got =
             m_tiff.file().readAt(strip + static_cast<std::uint64_t>(inStrip) * m_shape.rowBytes,
                                  m_buffer.data(), m_buffer.size());
         m_bufferedFrom = y;
         m_bufferedTo = y + static_cast<int>(got / m_shape.rowBytes);
-        putRight(m_buffer, m_shape);
+        toMachineOrder(m_buffer, m_shape);
     }
     return y < m_bufferedTo
                ? m_buffer.data() + static_cast<std::size_t>(y - m_bufferedFrom) * m_shape.rowBytes
                : nullptr;
+}
+
+/// Of a damaged strip the rows before the damage are read one by one, with a handle of their own
+/// because that of whole strips does not go back.
+const std::uint8_t *TiffPlane::wholeStripRow(int y)
+{
+    const std::uint32_t strip = stripAt(y);
+    if (m_strip != strip) {
+        const int from = y - y % m_shape.blockHeight;
+        const int rows = std::min(m_shape.blockHeight, m_shape.height - from);
+        m_strip = strip;
+        m_bufferedFrom = from;
+        m_bufferedTo = block(0, y) != nullptr ? from + rows : from;
+    }
+    if (y < m_bufferedTo) {
+        return m_buffer.data() + static_cast<std::size_t>(y - m_bufferedFrom) * m_shape.rowBytes;
+    }
+    if (!m_rows) {
+        m_rows.emplace(m_tiff.file());
+    }
+    return *m_rows ? decodedRow(*m_rows, y) : nullptr;
+}
+
+const std::uint8_t *TiffPlane::inflatedRow(int y)
+{
+    const std::uint32_t strip = stripAt(y);
+    if (m_strip != strip || y % m_shape.blockHeight == 0) {
+        m_strip = strip;
+        m_inflate = std::make_unique<TiffInflate>(m_tiff.file(),
+                                                  TIFFGetStrileOffset(m_tiff.get(), strip),
+                                                  TIFFGetStrileByteCount(m_tiff.get(), strip));
+    }
+    m_row.resize(m_shape.rowBytes);
+    if (!m_inflate->read(m_row)) {
+        return nullptr;
+    }
+    toMachineOrder(m_row, m_shape);
+    if (m_shape.predictor == PREDICTOR_HORIZONTAL) {
+        addDifferences(m_row, m_shape.bits, m_shape.planeChannels);
+    }
+    return m_row.data();
+}
+
+const std::uint8_t *TiffPlane::decodedRow(const TiffHandle &tiff, int y)
+{
+    m_row.resize(m_shape.rowBytes);
+    const bool read = TIFFReadScanline(tiff.get(), m_row.data(), static_cast<std::uint32_t>(y),
+                                       m_plane) == 1;
+    return read ? m_row.data() : nullptr;
 }
 
 const std::uint8_t *TiffPlane::block(int x, int y)

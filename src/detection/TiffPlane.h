@@ -4,9 +4,12 @@
 #pragma once
 
 #include "detection/TiffHandle.h"
+#include "detection/TiffInflate.h"
 #include "detection/TiffShape.h"
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillmark {
@@ -20,6 +23,12 @@ public:
     /// The handle and the shape belong to the same file.
     TiffPlane(TiffHandle tiff, const TiffShape &shape, int plane);
 
+    /// About how many bytes are held at once to read the image.
+    static std::uint64_t workingBytes(const TiffHandle &tiff, const TiffShape &shape);
+
+    /// Says which rows stripRow() will be asked for next, all of one strip.
+    void expectRows(int y, int count);
+
     /// A row of a strip, as stored; null where it cannot be decoded, and then the rest of its
     /// strip cannot either. Within a strip, rows are asked for from the top. The bytes stay
     /// valid until the next call.
@@ -30,14 +39,23 @@ public:
     const std::uint8_t *block(int x, int y);
 
 private:
+    std::uint32_t stripAt(int y) const;
     const std::uint8_t *storedRow(int y);
+    const std::uint8_t *wholeStripRow(int y);
+    const std::uint8_t *inflatedRow(int y);
+    const std::uint8_t *decodedRow(const TiffHandle &tiff, int y);
 
     TiffHandle m_tiff;
+    std::optional<TiffHandle> m_rows; ///< for rows of strips that cannot be decoded as a whole
     const TiffShape &m_shape;
     std::uint16_t m_plane;
     std::vector<std::uint8_t> m_buffer;
-    int m_bufferedFrom = 0; ///< rows of an image without compression
+    std::vector<std::uint8_t> m_row;
+    int m_expectedTo = 0;
+    int m_bufferedFrom = 0; ///< rows
     int m_bufferedTo = 0;
+    std::optional<std::uint32_t> m_strip; ///< the one that was tried last
+    std::unique_ptr<TiffInflate> m_inflate; ///< of m_strip
 };
 
 } // namespace quillmark
