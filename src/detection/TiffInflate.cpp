@@ -14,8 +14,11 @@ constexpr std::size_t inputBytes = 64U << 10U;
 
 } // namespace
 
-TiffInflate::TiffInflate(const FrameFile &file, std::uint64_t offset, std::uint64_t count)
-    : m_file(file), m_offset(offset), m_end(offset + count), m_input(inputBytes)
+TiffInflate::TiffInflate(const FrameFile &file, const TiffSpan &packed)
+    : m_file(file),
+      m_offset(packed.offset),
+      m_end(packed.offset + packed.count),
+      m_input(inputBytes)
 {
     if (inflateInit(&m_stream) != Z_OK) {
         throw std::bad_alloc();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "detection/FrameFile.h"
+#include "detection/TiffDeflate.h"
 
 #include <zlib.h>
 
@@ -14,13 +15,13 @@
 
 namespace quillmark {
 
-/// Unpacks a strip that zlib has packed (TIFF Technical Note 2, "Deflate") while it is read, so
-/// that it may have any size.
+/// Unpacks a strip that zlib has packed while it is read, so that it may have any size, and as
+/// far as it is not damaged.
 class TiffInflate
 {
 public:
-    /// The packed bytes begin at `offset`. The file outlives this. Throws std::bad_alloc.
-    TiffInflate(const FrameFile &file, std::uint64_t offset, std::uint64_t count);
+    /// The file outlives this. Throws std::bad_alloc.
+    TiffInflate(const FrameFile &file, const TiffSpan &packed);
     ~TiffInflate();
 
     TiffInflate(const TiffInflate &) = delete;

@@ -23,17 +23,18 @@ constexpr std::uint64_t storedBytes = 1U << 20U;
 bool isReadWhole(const TiffShape &shape)
 {
     return (shape.coding == TiffCoding::lzw || shape.coding == TiffCoding::deflate) &&
-           shape.blockBytes <= wholeStripBytes &&
-           shape.blockBytes == shape.rowBytes * static_cast<std::size_t>(shape.blockHeight);
+           shape.blockBytes <= wholeStripBytes;
 }
 
-/// libtiff holds all of a strip's packed bytes, and a scan may be a single strip.
-bool isInflatedHere(const TiffShape &shape)
+/// libtiff holds all of a strip's packed bytes, and a scan may be a single strip; and it takes
+/// what it has left in a buffer for the end of a damaged tile.
+bool isUnpackedHere(const TiffShape &shape)
 {
     const bool plain = shape.predictor == PREDICTOR_NONE;
     const bool differences = shape.predictor == PREDICTOR_HORIZONTAL &&
                              (shape.bits == 8 || shape.bits == 16 || shape.bits == 32);
-    return shape.coding == TiffCoding::deflate && !shape.reversed && (plain || differences);
+    return shape.coding == TiffCoding::deflate && !shape.hasUnits() && !shape.reversed &&
+           (plain || differences);
 }
 
 } // namespace
@@ -53,7 +54,7 @@ std::uint64_t TiffPlane::workingBytes(const TiffHandle &tiff, const TiffShape &s
     if (isReadWhole(shape)) {
         return shape.blockBytes + tiff.largestBlock();
     }
-    return shape.rowBytes + (isInflatedHere(shape) ? 0 : tiff.largestBlock());
+    return shape.rowBytes + (isUnpackedHere(shape) ? 0 : tiff.largestBlock());
 }
 
 void TiffPlane::expectRows(int y, int count)
@@ -69,7 +70,7 @@ const std::uint8_t *TiffPlane::stripRow(int y)
     if (isReadWhole(m_shape)) {
         return wholeStripRow(y);
     }
-    return isInflatedHere(m_shape) ? inflatedRow(y) : decodedRow(m_tiff, y);
+    return isUnpackedHere(m_shape) ? inflatedRow(y) : decodedRow(m_tiff, y);
 }
 
 std::uint32_t TiffPlane::stripAt(int y) const
@@ -100,6 +101,11 @@ const std::uint8_t *TiffPlane::storedRow(int y)
                : nullptr;
 }
 
+TiffSpan TiffPlane::span(std::uint32_t block) const
+{
+    return {TIFFGetStrileOffset(m_tiff.get(), block), TIFFGetStrileByteCount(m_tiff.get(), block)};
+}
+
 /// Of a damaged strip the rows before the damage are read one by one, with a handle of their own
 /// because that of whole strips does not go back.
 const std::uint8_t *TiffPlane::wholeStripRow(int y)
@@ -109,11 +115,16 @@ const std::uint8_t *TiffPlane::wholeStripRow(int y)
         const int from = y - y % m_shape.blockHeight;
         const int rows = std::min(m_shape.blockHeight, m_shape.height - from);
         m_strip = strip;
+        m_buffer.resize(static_cast<std::size_t>(rows) * m_shape.rowBytes);
         m_bufferedFrom = from;
-        m_bufferedTo = block(0, y) != nullptr ? from + rows : from;
+        m_bufferedTo =
+            (isUnpackedHere(m_shape) ? unpackBlock(strip) : readBlock(strip)) ? from + rows : from;
     }
     if (y < m_bufferedTo) {
         return m_buffer.data() + static_cast<std::size_t>(y - m_bufferedFrom) * m_shape.rowBytes;
+    }
+    if (isUnpackedHere(m_shape)) {
+        return inflatedRow(y);
     }
     if (!m_rows) {
         m_rows.emplace(m_tiff.file());
@@ -123,21 +134,14 @@ const std::uint8_t *TiffPlane::wholeStripRow(int y)
 
 const std::uint8_t *TiffPlane::inflatedRow(int y)
 {
-    const std::uint32_t strip = stripAt(y);
-    if (m_strip != strip || y % m_shape.blockHeight == 0) {
-        m_strip = strip;
-        m_inflate = std::make_unique<TiffInflate>(m_tiff.file(),
-                                                  TIFFGetStrileOffset(m_tiff.get(), strip),
-                                                  TIFFGetStrileByteCount(m_tiff.get(), strip));
+    if (y % m_shape.blockHeight == 0) {
+        m_inflate = std::make_unique<TiffInflate>(m_tiff.file(), span(stripAt(y)));
     }
     m_row.resize(m_shape.rowBytes);
     if (!m_inflate->read(m_row)) {
         return nullptr;
     }
-    toMachineOrder(m_row, m_shape);
-    if (m_shape.predictor == PREDICTOR_HORIZONTAL) {
-        addDifferences(m_row, m_shape.bits, m_shape.planeChannels);
-    }
+    finishRows(m_row);
     return m_row.data();
 }
 
@@ -152,17 +156,57 @@ const std::uint8_t *TiffPlane::decodedRow(const TiffHandle &tiff, int y)
 const std::uint8_t *TiffPlane::block(int x, int y)
 {
     m_buffer.resize(m_shape.blockBytes);
+    const std::uint32_t number =
+        m_shape.tiled ? TIFFComputeTile(m_tiff.get(), static_cast<std::uint32_t>(x),
+                                        static_cast<std::uint32_t>(y), 0, m_plane)
+                      : stripAt(y);
+    if (!isUnpackedHere(m_shape)) {
+        return readBlock(number) ? m_buffer.data() : nullptr;
+    }
+    if (unpackBlock(number)) {
+        return m_buffer.data();
+    }
+    // It may have more than it should, and no fault otherwise.
+    if (!TiffInflate(m_tiff.file(), span(number)).read(m_buffer)) {
+        return nullptr;
+    }
+    finishRows(m_buffer);
+    return m_buffer.data();
+}
+
+/// Fills the buffer, or as much of it as the last strip has.
+bool TiffPlane::readBlock(std::uint32_t number)
+{
     const auto size = static_cast<tmsize_t>(m_buffer.size());
-    const auto column = static_cast<std::uint32_t>(x);
-    const auto row = static_cast<std::uint32_t>(y);
+    if (m_shape.coding != TiffCoding::stored && m_shape.coding != TiffCoding::lzw) {
+        // Some codings pass over damage and leave gaps.
+        std::fill(m_buffer.begin(), m_buffer.end(), std::uint8_t{0});
+    }
     const tmsize_t got =
-        m_shape.tiled
-            ? TIFFReadEncodedTile(m_tiff.get(),
-                                  TIFFComputeTile(m_tiff.get(), column, row, 0, m_plane),
-                                  m_buffer.data(), size)
-            : TIFFReadEncodedStrip(m_tiff.get(), TIFFComputeStrip(m_tiff.get(), row, m_plane),
-                                   m_buffer.data(), size);
-    return got >= 0 ? m_buffer.data() : nullptr;
+        m_shape.tiled ? TIFFReadEncodedTile(m_tiff.get(), number, m_buffer.data(), size)
+                      : TIFFReadEncodedStrip(m_tiff.get(), number, m_buffer.data(), size);
+    return got >= 0;
+}
+
+bool TiffPlane::unpackBlock(std::uint32_t number)
+{
+    if (!m_deflate.unpack(m_tiff.file(), span(number), m_buffer)) {
+        return false;
+    }
+    finishRows(m_buffer);
+    return true;
+}
+
+/// From what was packed to samples.
+void TiffPlane::finishRows(std::span<std::uint8_t> rows) const
+{
+    toMachineOrder(rows, m_shape);
+    if (m_shape.predictor != PREDICTOR_HORIZONTAL) {
+        return;
+    }
+    for (std::size_t i = 0; i < rows.size(); i += m_shape.rowBytes) {
+        addDifferences(rows.subspan(i, m_shape.rowBytes), m_shape.bits, m_shape.planeChannels);
+    }
 }
 
 } // namespace quillmark

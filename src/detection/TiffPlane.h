@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "detection/TiffDeflate.h"
 #include "detection/TiffHandle.h"
 #include "detection/TiffInflate.h"
 #include "detection/TiffShape.h"
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace quillmark {
@@ -40,6 +42,10 @@ public:
 
 private:
     std::uint32_t stripAt(int y) const;
+    TiffSpan span(std::uint32_t block) const;
+    bool readBlock(std::uint32_t number);
+    bool unpackBlock(std::uint32_t number);
+    void finishRows(std::span<std::uint8_t> rows) const;
     const std::uint8_t *storedRow(int y);
     const std::uint8_t *wholeStripRow(int y);
     const std::uint8_t *inflatedRow(int y);
@@ -55,7 +61,8 @@ private:
     int m_bufferedFrom = 0; ///< rows
     int m_bufferedTo = 0;
     std::optional<std::uint32_t> m_strip; ///< the one that was tried last
-    std::unique_ptr<TiffInflate> m_inflate; ///< of m_strip
+    TiffDeflate m_deflate;
+    std::unique_ptr<TiffInflate> m_inflate; ///< of the strip that is being read row by row
 };
 
 } // namespace quillmark
