@@ -63,8 +63,7 @@ public:
     void tones(const void *samples, int count, void *out) const;
 
     /// Adds every `step`-th of the tones, from `first` on, to those that levels are found from.
-    void sampleTones(const void *tones, int count, int first, int step,
-                     LevelSampler &levels) const;
+    void sampleTones(const void *tones, int count, int first, int step, LevelSampler &levels) const;
 
     /// Applies the levels.
     void convertTones(const void *tones, int count, std::uint8_t *out) const;
@@ -81,7 +80,7 @@ private:
     SampleLayout m_layout;
     std::size_t m_pixelBytes;
     Levels m_levels;
-    WholeLevels m_wholeLevels; ///< the same, for 16 bits
+    WholeLevels m_wholeLevels;              ///< the same, for 16 bits
     std::array<Tone, 256> m_tones{};        ///< for kinds of one channel of 8 bits
     std::vector<std::uint16_t> m_deepTones; ///< greys for 16 bits, where they are needed
 };

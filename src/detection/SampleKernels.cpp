@@ -46,8 +46,8 @@ V luma16(D d, V red, V green, V blue)
     const auto g = hn::BitCast(wide, green);
     const auto b = hn::BitCast(wide, blue);
     const auto even = weighted(wide, hn::And(r, low), hn::And(g, low), hn::And(b, low));
-    const auto odd = weighted(wide, hn::ShiftRight<16>(r), hn::ShiftRight<16>(g),
-                              hn::ShiftRight<16>(b));
+    const auto odd =
+        weighted(wide, hn::ShiftRight<16>(r), hn::ShiftRight<16>(g), hn::ShiftRight<16>(b));
     return hn::BitCast(d, hn::Or(hn::ShiftRight<16>(even), hn::AndNot(low, odd)));
 }
 
@@ -60,8 +60,7 @@ V luma8(D d, V red, V green, V blue)
     const auto g = hn::BitCast(wide, green);
     const auto b = hn::BitCast(wide, blue);
     const auto even = luma16(wide, hn::And(r, low), hn::And(g, low), hn::And(b, low));
-    const auto odd =
-        luma16(wide, hn::ShiftRight<8>(r), hn::ShiftRight<8>(g), hn::ShiftRight<8>(b));
+    const auto odd = luma16(wide, hn::ShiftRight<8>(r), hn::ShiftRight<8>(g), hn::ShiftRight<8>(b));
     return hn::BitCast(d, hn::Or(even, hn::ShiftLeft<8>(odd)));
 }
 

@@ -19,8 +19,7 @@ constexpr std::uint64_t packedLimit(std::uint64_t unpacked)
 
 } // namespace
 
-bool TiffDeflate::unpack(const FrameFile &file, const TiffSpan &packed,
-                         std::span<std::uint8_t> out)
+bool TiffDeflate::unpack(const FrameFile &file, const TiffSpan &packed, std::span<std::uint8_t> out)
 {
     if (!m_decoder) {
         m_decoder.reset(libdeflate_alloc_decompressor());
@@ -28,14 +27,13 @@ bool TiffDeflate::unpack(const FrameFile &file, const TiffSpan &packed,
             throw std::bad_alloc();
         }
     }
-    const auto count =
-        static_cast<std::size_t>(std::min(packed.count, packedLimit(out.size())));
+    const auto count = static_cast<std::size_t>(std::min(packed.count, packedLimit(out.size())));
     if (m_packed.size() < count) {
         m_packed.resize(count);
     }
     const std::size_t got = file.readAt(packed.offset, m_packed.data(), count);
-    return libdeflate_zlib_decompress(m_decoder.get(), m_packed.data(), got, out.data(),
-                                      out.size(), nullptr) == LIBDEFLATE_SUCCESS;
+    return libdeflate_zlib_decompress(m_decoder.get(), m_packed.data(), got, out.data(), out.size(),
+                                      nullptr) == LIBDEFLATE_SUCCESS;
 }
 
 } // namespace quillmark

@@ -39,11 +39,11 @@ int blocksAcross(const TiffShape &shape)
 
 TiffPieces::TiffPieces(const TiffShape &shape)
     : m_shape(&shape),
-      m_bandRows(shape.isReadInRows() && !shape.isCompressed()
-                     ? static_cast<int>(std::clamp<std::size_t>(
-                           bandBytes / shape.rowBytes, 1,
-                           static_cast<std::size_t>(shape.blockHeight)))
-                     : 0)
+      m_bandRows(
+          shape.isReadInRows() && !shape.isCompressed()
+              ? static_cast<int>(std::clamp<std::size_t>(
+                    bandBytes / shape.rowBytes, 1, static_cast<std::size_t>(shape.blockHeight)))
+              : 0)
 {}
 
 TiffPieces TiffPieces::all(const TiffShape &shape)

@@ -148,18 +148,18 @@ const std::uint8_t *TiffPlane::inflatedRow(int y)
 const std::uint8_t *TiffPlane::decodedRow(const TiffHandle &tiff, int y)
 {
     m_row.resize(m_shape.rowBytes);
-    const bool read = TIFFReadScanline(tiff.get(), m_row.data(), static_cast<std::uint32_t>(y),
-                                       m_plane) == 1;
+    const bool read =
+        TIFFReadScanline(tiff.get(), m_row.data(), static_cast<std::uint32_t>(y), m_plane) == 1;
     return read ? m_row.data() : nullptr;
 }
 
 const std::uint8_t *TiffPlane::block(int x, int y)
 {
     m_buffer.resize(m_shape.blockBytes);
-    const std::uint32_t number =
-        m_shape.tiled ? TIFFComputeTile(m_tiff.get(), static_cast<std::uint32_t>(x),
-                                        static_cast<std::uint32_t>(y), 0, m_plane)
-                      : stripAt(y);
+    const std::uint32_t number = m_shape.tiled
+                                     ? TIFFComputeTile(m_tiff.get(), static_cast<std::uint32_t>(x),
+                                                       static_cast<std::uint32_t>(y), 0, m_plane)
+                                     : stripAt(y);
     if (!isUnpackedHere(m_shape)) {
         return readBlock(number) ? m_buffer.data() : nullptr;
     }
@@ -182,9 +182,9 @@ bool TiffPlane::readBlock(std::uint32_t number)
         // Some codings pass over damage and leave gaps.
         std::fill(m_buffer.begin(), m_buffer.end(), std::uint8_t{0});
     }
-    const tmsize_t got =
-        m_shape.tiled ? TIFFReadEncodedTile(m_tiff.get(), number, m_buffer.data(), size)
-                      : TIFFReadEncodedStrip(m_tiff.get(), number, m_buffer.data(), size);
+    const tmsize_t got = m_shape.tiled
+                             ? TIFFReadEncodedTile(m_tiff.get(), number, m_buffer.data(), size)
+                             : TIFFReadEncodedStrip(m_tiff.get(), number, m_buffer.data(), size);
     return got >= 0;
 }
 

@@ -65,8 +65,8 @@ void TiffReader::readBlock(const TiffPiece &piece, const SampleRowVisitor &visit
     for (int row = 0; row < piece.height; ++row) {
         const int y = piece.y + row;
         if (m_shape.hasUnits()) {
-            visit({piece.x, y, piece.width,
-                   m_assembler.assembleUnits(blocks[0], row, piece.width)});
+            visit(
+                {piece.x, y, piece.width, m_assembler.assembleUnits(blocks[0], row, piece.width)});
             continue;
         }
         for (std::size_t i = 0; i < blocks.size(); ++i) {

@@ -123,8 +123,9 @@ void writeStrips(TIFF *from, TIFF *to, const Form &form, bool single)
     constexpr std::size_t stripBytes = 64U << 10U;
     const std::size_t rowBytes = std::size_t{form.bits} / 8 * form.channels * form.width;
     TIFFSetField(to, TIFFTAG_ROWSPERSTRIP,
-                 single ? form.height
-                        : static_cast<std::uint32_t>(std::max<std::size_t>(stripBytes / rowBytes, 1)));
+                 single
+                     ? form.height
+                     : static_cast<std::uint32_t>(std::max<std::size_t>(stripBytes / rowBytes, 1)));
     std::vector<std::uint8_t> row(rowBytes);
     for (std::uint32_t y = 0; y < form.height; ++y) {
         require(TIFFReadScanline(from, row.data(), y) == 1, "cannot read");
@@ -149,8 +150,7 @@ void make(const std::string &source, const std::string &target, const std::strin
     } else {
         writeStrips(from.get(), to.get(), form, layout == "single");
     }
-    std::printf("{\"mb\": %.1f}\n",
-                static_cast<double>(std::filesystem::file_size(source)) / 1e6);
+    std::printf("{\"mb\": %.1f}\n", static_cast<double>(std::filesystem::file_size(source)) / 1e6);
 }
 
 void makeGrey(const std::string &target, std::uint32_t side)
@@ -222,10 +222,10 @@ template <typename Floor>
 void compare(const std::filesystem::path &file, int pairs, const Floor &floor)
 {
     floor(); // the page cache is warm
-    const bench::Comparison decoding =
-        bench::compareInTurns(pairs, [&file] { decodeFrame(file); }, floor);
-    const bench::Comparison looking =
-        bench::compareInTurns(pairs, [&file] { look(file); }, floor);
+    const bench::Comparison decoding = bench::compareInTurns(
+        pairs, [&file] { decodeFrame(file); }, floor);
+    const bench::Comparison looking = bench::compareInTurns(
+        pairs, [&file] { look(file); }, floor);
     std::printf("{\"decode_ms\": %.1f, \"decode_ratio\": %.3f, \"decode_cpu_ms\": %.1f, "
                 "\"detect_ms\": %.1f, \"detect_cpu_ms\": %.1f, \"floor_ms\": %.1f, "
                 "\"floor_cpu_ms\": %.1f, \"ratio\": %.3f}\n",
