@@ -26,15 +26,17 @@ bool isReadWhole(const TiffShape &shape)
            shape.blockBytes <= wholeStripBytes;
 }
 
-/// libtiff holds all of a strip's packed bytes, and a scan may be a single strip; and it takes
-/// what it has left in a buffer for the end of a damaged tile.
+/// libtiff holds all of a strip's packed bytes, and a scan may be a single strip; it takes
+/// what it has left in a buffer for the end of a damaged tile; and it takes longer.
 bool isUnpackedHere(const TiffShape &shape)
 {
+    constexpr std::size_t mostTileBytes = 64U << 20U;
     const bool plain = shape.predictor == PREDICTOR_NONE;
     const bool differences = shape.predictor == PREDICTOR_HORIZONTAL &&
                              (shape.bits == 8 || shape.bits == 16 || shape.bits == 32);
-    return shape.coding == TiffCoding::deflate && !shape.hasUnits() && !shape.reversed &&
-           (plain || differences);
+    const bool known = shape.coding == TiffCoding::lzw || shape.coding == TiffCoding::deflate;
+    const bool bounded = !shape.tiled || shape.blockBytes <= mostTileBytes;
+    return known && bounded && !shape.hasUnits() && !shape.reversed && (plain || differences);
 }
 
 } // namespace
@@ -70,7 +72,7 @@ const std::uint8_t *TiffPlane::stripRow(int y)
     if (isReadWhole(m_shape)) {
         return wholeStripRow(y);
     }
-    return isUnpackedHere(m_shape) ? inflatedRow(y) : decodedRow(m_tiff, y);
+    return isUnpackedHere(m_shape) ? unpackedRow(y) : decodedRow(m_tiff, y);
 }
 
 std::uint32_t TiffPlane::stripAt(int y) const
@@ -111,25 +113,48 @@ TiffSpan TiffPlane::span(std::uint32_t block) const
 const std::uint8_t *TiffPlane::wholeStripRow(int y)
 {
     const std::uint32_t strip = stripAt(y);
+    const int from = y - y % m_shape.blockHeight;
     if (m_strip != strip) {
-        const int from = y - y % m_shape.blockHeight;
         const int rows = std::min(m_shape.blockHeight, m_shape.height - from);
+        const std::size_t size = static_cast<std::size_t>(rows) * m_shape.rowBytes;
         m_strip = strip;
-        m_buffer.resize(static_cast<std::size_t>(rows) * m_shape.rowBytes);
-        m_bufferedFrom = from;
-        m_bufferedTo =
-            (isUnpackedHere(m_shape) ? unpackBlock(strip) : readBlock(strip)) ? from + rows : from;
+        m_whole = isUnpackedHere(m_shape) ? unpackBlock(strip, size) : readBlock(strip, size);
     }
-    if (y < m_bufferedTo) {
-        return m_buffer.data() + static_cast<std::size_t>(y - m_bufferedFrom) * m_shape.rowBytes;
+    if (!m_whole.empty()) {
+        return m_whole.data() + static_cast<std::size_t>(y - from) * m_shape.rowBytes;
     }
-    if (isUnpackedHere(m_shape)) {
+    if (isUnpackedHere(m_shape) && m_shape.coding == TiffCoding::deflate) {
         return inflatedRow(y);
     }
     if (!m_rows) {
         m_rows.emplace(m_tiff.file());
     }
     return *m_rows ? decodedRow(*m_rows, y) : nullptr;
+}
+
+/// A row of a strip that is too large to be held.
+const std::uint8_t *TiffPlane::unpackedRow(int y)
+{
+    if (m_shape.coding == TiffCoding::deflate) {
+        return inflatedRow(y);
+    }
+    if (!m_lzw) {
+        m_lzw = std::make_unique<TiffLzw>();
+    }
+    if (y % m_shape.blockHeight == 0) {
+        m_lzw->begin(m_tiff.file(), span(stripAt(y)));
+        m_isLzwOver = false;
+    }
+    if (!m_isLzwOver) {
+        const std::span<std::uint8_t> row = m_lzw->next(m_shape.rowBytes);
+        if (!row.empty()) {
+            m_row.assign(row.begin(), row.end());
+            finishRows(m_row);
+            return m_row.data();
+        }
+        m_isLzwOver = true;
+    }
+    return decodedRow(m_tiff, y);
 }
 
 const std::uint8_t *TiffPlane::inflatedRow(int y)
@@ -155,18 +180,22 @@ const std::uint8_t *TiffPlane::decodedRow(const TiffHandle &tiff, int y)
 
 const std::uint8_t *TiffPlane::block(int x, int y)
 {
-    m_buffer.resize(m_shape.blockBytes);
     const std::uint32_t number = m_shape.tiled
                                      ? TIFFComputeTile(m_tiff.get(), static_cast<std::uint32_t>(x),
                                                        static_cast<std::uint32_t>(y), 0, m_plane)
                                      : stripAt(y);
+    const std::size_t size = m_shape.blockBytes;
     if (!isUnpackedHere(m_shape)) {
-        return readBlock(number) ? m_buffer.data() : nullptr;
+        return readBlock(number, size).data();
     }
-    if (unpackBlock(number)) {
-        return m_buffer.data();
+    if (const std::span<std::uint8_t> unpacked = unpackBlock(number, size); !unpacked.empty()) {
+        return unpacked.data();
+    }
+    if (m_shape.coding != TiffCoding::deflate) {
+        return readBlock(number, size).data();
     }
     // It may have more than it should, and no fault otherwise.
+    m_buffer.resize(size);
     if (!TiffInflate(m_tiff.file(), span(number)).read(m_buffer)) {
         return nullptr;
     }
@@ -174,27 +203,38 @@ const std::uint8_t *TiffPlane::block(int x, int y)
     return m_buffer.data();
 }
 
-/// Fills the buffer, or as much of it as the last strip has.
-bool TiffPlane::readBlock(std::uint32_t number)
+/// All of a strip or tile, by libtiff; nothing where it cannot be decoded.
+std::span<std::uint8_t> TiffPlane::readBlock(std::uint32_t number, std::size_t size)
 {
-    const auto size = static_cast<tmsize_t>(m_buffer.size());
+    m_buffer.resize(size);
     if (m_shape.coding != TiffCoding::stored && m_shape.coding != TiffCoding::lzw) {
         // Some codings pass over damage and leave gaps.
         std::fill(m_buffer.begin(), m_buffer.end(), std::uint8_t{0});
     }
+    const auto room = static_cast<tmsize_t>(size);
     const tmsize_t got = m_shape.tiled
-                             ? TIFFReadEncodedTile(m_tiff.get(), number, m_buffer.data(), size)
-                             : TIFFReadEncodedStrip(m_tiff.get(), number, m_buffer.data(), size);
-    return got >= 0;
+                             ? TIFFReadEncodedTile(m_tiff.get(), number, m_buffer.data(), room)
+                             : TIFFReadEncodedStrip(m_tiff.get(), number, m_buffer.data(), room);
+    return got >= 0 ? std::span(m_buffer) : std::span<std::uint8_t>();
 }
 
-bool TiffPlane::unpackBlock(std::uint32_t number)
+/// The same without libtiff; nothing also where there is anything unusual about it.
+std::span<std::uint8_t> TiffPlane::unpackBlock(std::uint32_t number, std::size_t size)
 {
-    if (!m_deflate.unpack(m_tiff.file(), span(number), m_buffer)) {
-        return false;
+    std::span<std::uint8_t> unpacked;
+    if (m_shape.coding == TiffCoding::lzw) {
+        if (!m_lzw) {
+            m_lzw = std::make_unique<TiffLzw>();
+        }
+        unpacked = m_lzw->unpack(m_tiff.file(), span(number), size);
+    } else {
+        m_buffer.resize(size);
+        if (m_deflate.unpack(m_tiff.file(), span(number), m_buffer)) {
+            unpacked = m_buffer;
+        }
     }
-    finishRows(m_buffer);
-    return true;
+    finishRows(unpacked);
+    return unpacked;
 }
 
 /// From what was packed to samples.

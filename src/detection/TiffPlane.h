@@ -6,8 +6,10 @@
 #include "detection/TiffDeflate.h"
 #include "detection/TiffHandle.h"
 #include "detection/TiffInflate.h"
+#include "detection/TiffLzw.h"
 #include "detection/TiffShape.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -43,12 +45,13 @@ public:
 private:
     std::uint32_t stripAt(int y) const;
     TiffSpan span(std::uint32_t block) const;
-    bool readBlock(std::uint32_t number);
-    bool unpackBlock(std::uint32_t number);
+    std::span<std::uint8_t> readBlock(std::uint32_t number, std::size_t size);
+    std::span<std::uint8_t> unpackBlock(std::uint32_t number, std::size_t size);
     void finishRows(std::span<std::uint8_t> rows) const;
     const std::uint8_t *storedRow(int y);
     const std::uint8_t *wholeStripRow(int y);
     const std::uint8_t *inflatedRow(int y);
+    const std::uint8_t *unpackedRow(int y);
     const std::uint8_t *decodedRow(const TiffHandle &tiff, int y);
 
     TiffHandle m_tiff;
@@ -57,12 +60,15 @@ private:
     std::uint16_t m_plane;
     std::vector<std::uint8_t> m_buffer;
     std::vector<std::uint8_t> m_row;
+    std::span<const std::uint8_t> m_whole; ///< m_strip, or nothing where it is damaged
     int m_expectedTo = 0;
     int m_bufferedFrom = 0; ///< rows
     int m_bufferedTo = 0;
     std::optional<std::uint32_t> m_strip; ///< the one that was tried last
     TiffDeflate m_deflate;
     std::unique_ptr<TiffInflate> m_inflate; ///< of the strip that is being read row by row
+    std::unique_ptr<TiffLzw> m_lzw;
+    bool m_isLzwOver = false; ///< nothing more comes from the strip that m_lzw reads
 };
 
 } // namespace quillmark
