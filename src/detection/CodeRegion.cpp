@@ -3,17 +3,18 @@
 
 #include "detection/CodeRegion.h"
 
+#include "detection/LumaKernels.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 namespace quillmark {
 namespace {
 
-constexpr int cellSide = 16;   // pixels
+constexpr int cellSide = cellPixels;
 constexpr int rowsSampled = 4; // every so manieth row of a cell
 constexpr double leastIsotropy = 0.5;
 constexpr int leastCells = 16;
@@ -32,10 +33,17 @@ public:
     explicit BusyMap(const LumaView &picture)
         : m_width(picture.width / cellSide), m_height(picture.height / cellSide)
     {
-        m_cells.reserve(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height));
+        const auto columns = static_cast<std::size_t>(m_width);
+        m_cells.reserve(columns * static_cast<std::size_t>(m_height));
+        std::vector<std::uint64_t> sums(2 * columns);
         for (int row = 0; row < m_height; ++row) {
-            for (int column = 0; column < m_width; ++column) {
-                m_cells.push_back(busyness(picture, column, row));
+            std::ranges::fill(sums, 0);
+            for (int y = 0; y < cellSide; y += rowsSampled) {
+                const int top = std::min(row * cellSide + y, picture.height - 3);
+                addSteps(picture.row(top), picture.row(top + 2), columns, sums.data());
+            }
+            for (std::size_t column = 0; column < columns; ++column) {
+                m_cells.push_back(busyness(sums[2 * column], sums[2 * column + 1]));
             }
         }
     }
@@ -46,26 +54,12 @@ public:
     const std::vector<float> &cells() const { return m_cells; }
 
 private:
-    static float busyness(const LumaView &picture, int column, int row)
+    static float busyness(std::uint64_t across, std::uint64_t down)
     {
-        int across = 0;
-        int down = 0;
-        int sum = 0;
-        const std::ptrdiff_t left = static_cast<std::ptrdiff_t>(column) * cellSide;
-        for (int y = 0; y < cellSide; y += rowsSampled) {
-            const int top = std::min(row * cellSide + y, picture.height - 3);
-            const std::uint8_t *pixels = picture.row(top) + left;
-            const std::uint8_t *below = picture.row(top + 2) + left;
-            for (int x = 0; x < cellSide - 2; ++x) {
-                across += std::abs(pixels[x + 2] - pixels[x]);
-                down += std::abs(below[x] - pixels[x]);
-                ++sum;
-            }
-        }
-        const int least = std::min(across, down);
-        const int most = std::max(across, down);
-        return least >= leastIsotropy * most ? static_cast<float>(least) / static_cast<float>(sum)
-                                             : 0.0F;
+        constexpr double steps = cellSteps * cellSide / rowsSampled;
+        const auto least = static_cast<double>(std::min(across, down));
+        const auto most = static_cast<double>(std::max(across, down));
+        return least >= leastIsotropy * most ? static_cast<float>(least / steps) : 0.0F;
     }
 
     int m_width;
@@ -209,14 +203,19 @@ std::vector<PixelArea> findCodeRegions(const LumaView &picture)
         return {};
     }
     const BusyMap map(picture);
-    std::vector<float> sorted = map.cells();
-    std::ranges::sort(sorted);
-    const auto levelAt = [&sorted](double share) {
-        return sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
+    std::vector<float> ordered = map.cells();
+    auto begin = ordered.begin();
+    const auto levelAt = [&](double share) {
+        const auto place =
+            static_cast<std::ptrdiff_t>(share * static_cast<double>(ordered.size() - 1));
+        std::ranges::nth_element(begin, ordered.begin() + place, ordered.end());
+        begin = ordered.begin() + place;
+        return *begin;
     };
     std::vector<Candidate> candidates;
     PatchFinder finder(map);
-    // A code may be most of a picture or a fiftieth of a hundredth of it.
+    // A code may be most of a picture or a fiftieth of a hundredth of it. The shares rise: what
+    // is below a level stays there.
     for (const double share : {0.4, 0.6, 0.75, 0.85, 0.92, 0.96, 0.98, 0.99}) {
         const float level = std::max(levelAt(share), 2.0F);
         for (const Patch &patch : finder.above(level)) {

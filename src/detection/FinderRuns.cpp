@@ -18,25 +18,27 @@ std::optional<float> finderModule(const FinderRuns &runs)
     return fits ? std::optional(module) : std::nullopt;
 }
 
-std::optional<std::array<float, 3>> PixelLine::crossings(int direction, float threshold,
-                                                         float farthest) const
+namespace {
+
+// By how much the modules of one line may differ from those of another.
+constexpr float mostRatio = 1.7F;
+// How far from the middle a pattern may end, in modules.
+constexpr float farthest = 6.5F;
+
+// What no pattern has whose modules differ by no more, in modules: most places are no patterns,
+// and show it at the first crossings.
+constexpr float leastMiddle = 1.8F / mostRatio - 0.02F;
+constexpr float mostMiddle = 4.2F * mostRatio + 0.02F;
+constexpr float leastOuter = 0.4F / mostRatio - 0.02F;
+constexpr float mostOuter = 1.6F * mostRatio + 0.02F;
+
+/// Goes on to the next crossing by a run as a ring of the pattern has it.
+bool goOnByRing(LineWalk &walk, float module)
 {
-    std::array<float, 3> found{};
-    std::size_t count = 0;
-    float previous = static_cast<float>(at(0)) - threshold;
-    const int limit = static_cast<int>(farthest);
-    for (int i = 1; i <= limit && has(i * direction); ++i) {
-        const float here = static_cast<float>(at(i * direction)) - threshold;
-        if ((here < 0) != (previous < 0)) {
-            found[count++] = static_cast<float>(i) - here / (here - previous);
-            if (count == found.size()) {
-                return found;
-            }
-        }
-        previous = here;
-    }
-    return std::nullopt;
+    return walk.goOn() && walk.run() > leastOuter * module && walk.run() < mostOuter * module;
 }
+
+} // namespace
 
 std::optional<FinderCrossing> crossFinder(const PixelLine &line, bool isDark, float threshold,
                                           float module)
@@ -44,19 +46,30 @@ std::optional<FinderCrossing> crossFinder(const PixelLine &line, bool isDark, fl
     if ((static_cast<float>(line.at(0)) < threshold) != isDark) {
         return std::nullopt;
     }
-    const auto back = line.crossings(-1, threshold, 6.5F * module);
-    const auto forth = back ? line.crossings(1, threshold, 6.5F * module) : std::nullopt;
-    if (!forth) {
+    LineWalk back(line, -1, threshold, farthest * module);
+    LineWalk forth(line, 1, threshold, farthest * module);
+    if (!back.goOn() || !forth.goOn()) {
         return std::nullopt;
     }
-    const FinderRuns runs{(*back)[2] - (*back)[1], (*back)[1] - (*back)[0],
-                          (*back)[0] + (*forth)[0], (*forth)[1] - (*forth)[0],
-                          (*forth)[2] - (*forth)[1]};
+    const float offset = (forth.crossing() - back.crossing()) / 2.0F;
+    FinderRuns runs{};
+    runs[2] = back.crossing() + forth.crossing();
+    if (runs[2] < leastMiddle * module || runs[2] > mostMiddle * module ||
+        !goOnByRing(back, module) || !goOnByRing(forth, module)) {
+        return std::nullopt;
+    }
+    runs[1] = back.run();
+    runs[3] = forth.run();
+    if (!goOnByRing(back, module) || !goOnByRing(forth, module)) {
+        return std::nullopt;
+    }
+    runs[0] = back.run();
+    runs[4] = forth.run();
     const std::optional<float> found = finderModule(runs);
-    if (!found || *found > 1.7F * module || module > 1.7F * *found) {
+    if (!found || *found > mostRatio * module || module > mostRatio * *found) {
         return std::nullopt;
     }
-    return FinderCrossing{((*forth)[0] - (*back)[0]) / 2.0F, *found};
+    return FinderCrossing{offset, *found};
 }
 
 } // namespace quillmark

@@ -33,17 +33,56 @@ public:
     int at(int offset) const { return m_place[m_step * offset]; }
     bool has(int offset) const { return offset >= -m_before && offset <= m_after; }
 
-    /// Where the line crosses the threshold for the first, second and third time, going
-    /// from the place in one direction (1 or -1): the distances in steps, or nothing where
-    /// there are fewer crossings up to `farthest`.
-    std::optional<std::array<float, 3>> crossings(int direction, float threshold,
-                                                  float farthest) const;
-
 private:
     const std::uint8_t *m_place;
     std::ptrdiff_t m_step;
     int m_before;
     int m_after;
+};
+
+/// A way along such a line, in steps from its place, from one crossing of a threshold to the
+/// next.
+class LineWalk
+{
+public:
+    /// In one direction (1 or -1), no farther than so many steps.
+    LineWalk(const PixelLine &line, int direction, float threshold, float farthest)
+        : m_line(line),
+          m_direction(direction),
+          m_threshold(threshold),
+          m_limit(static_cast<int>(farthest)),
+          m_level(static_cast<float>(line.at(0)) - threshold)
+    {}
+
+    /// Goes on to the next crossing, whose distance and that of the one before can be asked
+    /// for then. False where there is none.
+    bool goOn()
+    {
+        while (m_step < m_limit && m_line.has((m_step + 1) * m_direction)) {
+            const float before = m_level;
+            m_level = static_cast<float>(m_line.at(++m_step * m_direction)) - m_threshold;
+            if ((m_level < 0) != (before < 0)) {
+                m_previous = m_crossing;
+                m_crossing = static_cast<float>(m_step) - m_level / (m_level - before);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    float crossing() const { return m_crossing; }
+    /// From the crossing before to this one.
+    float run() const { return m_crossing - m_previous; }
+
+private:
+    const PixelLine &m_line;
+    int m_direction;
+    float m_threshold;
+    int m_limit;
+    int m_step = 0;
+    float m_level;
+    float m_crossing = 0;
+    float m_previous = 0;
 };
 
 /// A line's way across a finder pattern.

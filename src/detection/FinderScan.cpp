@@ -4,7 +4,8 @@
 #include "detection/FinderScan.h"
 
 #include "detection/FinderRuns.h"
-#include "detection/TwoThreads.h"
+#include "detection/LumaKernels.h"
+#include "detection/RunKernels.h"
 
 #include <algorithm>
 #include <array>
@@ -18,162 +19,43 @@
 namespace quillmark {
 namespace {
 
-constexpr int meanReach = 24; // pixels each side: seven modules of seven pixels
-constexpr float leastModule = 1.6F;
-constexpr float largestModule = 9.0F;
 constexpr float leastContrast = 10.0F; // grey levels between the pattern's light and dark
 constexpr std::size_t mostMarks = 4000;
-constexpr std::size_t worthAThread = 500'000; // pixels: about two milliseconds of scanning
+constexpr std::size_t lookBack = 200;
+// How far below a row its marks are checked: the column through a pattern goes 6.5 modules of up
+// to 9 pixels and finds its middle half of that away; modules that are 1.7 times as large each way
+// may be crossed from there, and on the diagonals 6.5 of these at 0.85 steps.
+constexpr int rowsBelow = 176;
 
-/// The row less the mean of its neighbourhood, lightly smoothed against grain.
-void flattenRow(const std::uint8_t *row, int width, std::vector<std::uint32_t> &prefix,
-                std::vector<std::int16_t> &flat)
-{
-    std::uint32_t sum = 0; // may wrap around: only differences count
-    for (int x = 0; x < width; ++x) {
-        prefix[static_cast<std::size_t>(x)] = sum;
-        sum += row[x];
-    }
-    prefix[static_cast<std::size_t>(width)] = sum;
-
-    const auto flattened = [&](int x, int first, int end) {
-        const auto around = static_cast<std::int32_t>(prefix[static_cast<std::size_t>(end)] -
-                                                      prefix[static_cast<std::size_t>(first)]);
-        const int left = row[std::max(x - 1, 0)];
-        const int right = row[std::min(x + 1, width - 1)];
-        return static_cast<std::int16_t>(4 * (left + 2 * row[x] + right) -
-                                         16 * around / (end - first));
-    };
-    const int border = std::min(meanReach, width);
-    for (int x = 0; x < border; ++x) {
-        flat[static_cast<std::size_t>(x)] = flattened(x, 0, std::min(width, x + meanReach + 1));
-    }
-    // The reciprocal lets the middle of the row become vector code.
-    constexpr float share = 16.0F / (2 * meanReach + 1);
-    const std::uint32_t *from = prefix.data();
-    std::int16_t *to = flat.data();
-    for (int x = meanReach; x < width - meanReach; ++x) {
-        const auto around = static_cast<float>(
-            static_cast<std::int32_t>(from[x + meanReach + 1] - from[x - meanReach]));
-        to[x] = static_cast<std::int16_t>(4 * (row[x - 1] + 2 * row[x] + row[x + 1]) -
-                                          static_cast<int>(around * share));
-    }
-    for (int x = std::max(border, width - meanReach); x < width; ++x) {
-        flat[static_cast<std::size_t>(x)] = flattened(x, std::max(0, x - meanReach), width);
-    }
-}
-
-/// Collects the marks of a scan, joining those of neighbouring rows.
-class Marks
-{
-public:
-    void add(const FinderMark &mark)
-    {
-        // Newest first: rows come in order, so a match is near the end.
-        const std::size_t oldest = m_marks.size() > lookBack ? m_marks.size() - lookBack : 0;
-        for (std::size_t i = m_marks.size(); i-- > oldest;) {
-            FinderMark &known = m_marks[i];
-            const double near = 1.5 * known.module;
-            if (known.isDark == mark.isDark && std::abs(known.x - mark.x) < near &&
-                std::abs(known.y - mark.y) < near && mark.module < 1.5 * known.module &&
-                known.module < 1.5 * mark.module) {
-                known.hits += mark.hits;
-                known.diagonals = std::max(known.diagonals, mark.diagonals);
-                const double share = static_cast<double>(mark.hits) / known.hits;
-                known.x += (mark.x - known.x) * share;
-                known.y += (mark.y - known.y) * share;
-                known.module += (mark.module - known.module) * share;
-                return;
-            }
-        }
-        if (m_marks.size() < mostMarks) {
-            m_marks.push_back(mark);
-        }
-    }
-
-    std::vector<FinderMark> take() { return std::move(m_marks); }
-
-private:
-    static constexpr std::size_t lookBack = 200;
-
-    std::vector<FinderMark> m_marks;
-};
-
-/// Follows the runs of one row as they end, and checks each five that fit.
+/// Checks the places of one row where five runs may stand as they do across a pattern.
 class RowScan
 {
 public:
-    RowScan(const LumaView &picture, int y, Marks &marks)
+    RowScan(const LumaView &picture, int y, MarkList &marks)
         : m_picture(picture), m_y(y), m_marks(marks)
     {}
 
-    /// `flat` is the row's distance from its threshold; `edges` is room for width numbers.
-    void scan(const std::vector<std::int16_t> &flat, std::vector<int> &edges)
+    /// Of six edges of runs between light and dark, `places` tells more exactly where they are.
+    void checkRuns(const std::int32_t *edges, const float *places, const std::int16_t *flat)
     {
-        // Where the row crosses its threshold, without a branch: in grain every second
-        // pixel does, and no processor foresees which.
-        int *end = edges.data();
-        for (int x = 1; x < m_picture.width; ++x) {
-            *end = x;
-            end += (flat[static_cast<std::size_t>(x - 1)] ^ flat[static_cast<std::size_t>(x)]) < 0;
-        }
-        for (const int *first = edges.data(); end - first >= 6; ++first) {
-            if (roughlyFits(first)) {
-                refine(first, flat);
-            }
+        FinderMark mark;
+        mark.isDark = flat[edges[2]] < 0;
+        const float inner = levelAt(edges[2], edges[3] - 1);
+        const float ring =
+            (levelAt(edges[1], edges[2] - 1) + levelAt(edges[3], edges[4] - 1)) / 2.0F;
+        mark.threshold = (inner + ring) / 2.0F;
+        mark.contrast = mark.isDark ? ring - inner : inner - ring;
+        if (mark.contrast >= leastContrast) {
+            const float module = (places[5] - places[0]) / 7.0F;
+            check(static_cast<int>(std::lround((places[2] + places[3]) / 2.0F)), module, mark);
         }
     }
 
 private:
-    /// finderModule() in whole pixels, where each run may be one pixel off.
-    static bool roughlyFits(const int *edges)
-    {
-        const int total = edges[5] - edges[0];
-        const int middle = edges[3] - edges[2];
-        const bool sizeFits = (total >= 10) & (total <= 66) & (middle >= 2);
-        const int slack = total * 6 / 10 + 9;
-        return sizeFits && std::abs(7 * middle - 3 * total) <= 2 * slack &&
-               std::abs(7 * (edges[1] - edges[0]) - total) <= slack &&
-               std::abs(7 * (edges[2] - edges[1]) - total) <= slack &&
-               std::abs(7 * (edges[4] - edges[3]) - total) <= slack &&
-               std::abs(7 * (edges[5] - edges[4]) - total) <= slack;
-    }
-
     float levelAt(int first, int end) const
     {
         const int middle = (first + end) / 2;
         return static_cast<float>(m_picture.row(m_y)[middle]);
-    }
-
-    void refine(const int *edges, const std::vector<std::int16_t> &flat)
-    {
-        const bool isDark = flat[static_cast<std::size_t>(edges[2])] < 0;
-        const float inner = levelAt(edges[2], edges[3] - 1);
-        const float ring =
-            (levelAt(edges[1], edges[2] - 1) + levelAt(edges[3], edges[4] - 1)) / 2.0F;
-        const float contrast = isDark ? ring - inner : inner - ring;
-        if (contrast < leastContrast) {
-            return;
-        }
-        std::array<float, 6> positions{};
-        for (std::size_t i = 0; i < positions.size(); ++i) {
-            const auto x = static_cast<std::size_t>(edges[i]);
-            const auto rise = static_cast<float>(flat[x]);
-            positions[i] = static_cast<float>(x) - rise / (rise - static_cast<float>(flat[x - 1]));
-        }
-        FinderRuns runs{};
-        for (std::size_t i = 0; i < runs.size(); ++i) {
-            runs[i] = positions[i + 1] - positions[i];
-        }
-        const std::optional<float> module = finderModule(runs);
-        if (!module || *module < leastModule || *module > largestModule) {
-            return;
-        }
-        FinderMark mark;
-        mark.isDark = isDark;
-        mark.threshold = (inner + ring) / 2.0F;
-        mark.contrast = contrast;
-        check(static_cast<int>(std::lround((positions[2] + positions[3]) / 2.0F)), *module, mark);
     }
 
     /// Checks a pattern whose middle the row crosses at x in the other directions.
@@ -226,47 +108,72 @@ private:
 
     const LumaView &m_picture;
     int m_y;
-    Marks &m_marks;
+    MarkList &m_marks;
 };
-
-/// Scans the rows from the first one to before the end.
-std::vector<FinderMark> scanRows(const LumaView &picture, int first, int end, int rowStep)
-{
-    const auto width = static_cast<std::size_t>(picture.width);
-    std::vector<std::uint32_t> prefix(width + 1);
-    std::vector<std::int16_t> flat(width);
-    std::vector<int> edges(width);
-    Marks marks;
-    for (int y = first; y < end; y += rowStep) {
-        flattenRow(picture.row(y), picture.width, prefix, flat);
-        RowScan(picture, y, marks).scan(flat, edges);
-    }
-    return marks.take();
-}
 
 } // namespace
 
-std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep)
+void MarkList::add(const FinderMark &mark)
 {
-    if (picture.isEmpty() || picture.width < 2) {
-        return {};
-    }
-    const int first = rowStep / 2;
-    const int middle = first + picture.height / (2 * rowStep) * rowStep;
-    const auto upper = [&] { return scanRows(picture, first, middle, rowStep); };
-    const auto lower = [&] { return scanRows(picture, middle, picture.height, rowStep); };
-    const auto scanned = static_cast<std::size_t>(picture.width) *
-                         static_cast<std::size_t>(picture.height / rowStep);
-    const auto [above, below] =
-        scanned < worthAThread ? std::pair(upper(), lower()) : runBoth(upper, lower);
-
-    Marks marks;
-    for (const std::vector<FinderMark> &half : {std::cref(above), std::cref(below)}) {
-        for (const FinderMark &mark : half) {
-            marks.add(mark);
+    // Newest first: rows come in order, so a match is near the end.
+    const std::size_t oldest = m_marks.size() > lookBack ? m_marks.size() - lookBack : 0;
+    for (std::size_t i = m_marks.size(); i-- > oldest;) {
+        FinderMark &known = m_marks[i];
+        const double near = 1.5 * known.module;
+        if (known.isDark == mark.isDark && std::abs(known.x - mark.x) < near &&
+            std::abs(known.y - mark.y) < near && mark.module < 1.5 * known.module &&
+            known.module < 1.5 * mark.module) {
+            known.hits += mark.hits;
+            known.diagonals = std::max(known.diagonals, mark.diagonals);
+            const double share = static_cast<double>(mark.hits) / known.hits;
+            known.x += (mark.x - known.x) * share;
+            known.y += (mark.y - known.y) * share;
+            known.module += (mark.module - known.module) * share;
+            return;
         }
     }
-    return marks.take();
+    if (m_marks.size() < mostMarks) {
+        m_marks.push_back(mark);
+    }
+}
+
+FinderScan::FinderScan(const LumaView &picture, int rowStep)
+    : m_picture(picture), m_rowStep(rowStep), m_next(rowStep / 2)
+{
+    if (picture.isEmpty() || picture.width < 2) {
+        m_picture.height = 0;
+    }
+    m_flat.resize(static_cast<std::size_t>(std::max(picture.width, 0)));
+    m_scratch.resize(flattenScratch(m_flat.size()));
+    m_edges.resize(m_flat.size() + runSlack);
+    m_places.resize(m_flat.size());
+    m_found.resize(m_flat.size() + runSlack);
+}
+
+void FinderScan::advance(int end)
+{
+    const int last = end < m_picture.height ? end - rowsBelow : m_picture.height;
+    for (; m_next < last; m_next += m_rowStep) {
+        flattenRow(m_picture.row(m_next), m_flat.size(), m_scratch.data(), m_flat.data());
+        const std::size_t edges = findSignChanges(m_flat.data(), m_flat.size(), m_edges.data());
+        placeEdges(m_flat.data(), m_edges.data(), edges, m_places.data());
+        const std::size_t found = findFinderRuns(m_places.data(), edges, m_found.data());
+        RowScan row(m_picture, m_next, m_marks);
+        for (std::size_t i = 0; i < found; ++i) {
+            row.checkRuns(m_edges.data() + m_found[i], m_places.data() + m_found[i], m_flat.data());
+        }
+    }
+}
+
+std::vector<FinderMark> FinderScan::finish()
+{
+    advance(m_picture.height);
+    return m_marks.take();
+}
+
+std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep)
+{
+    return FinderScan(picture, rowStep).finish();
 }
 
 } // namespace quillmark

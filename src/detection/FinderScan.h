@@ -5,6 +5,8 @@
 
 #include "detection/LumaView.h"
 
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace quillmark {
@@ -21,12 +23,50 @@ struct FinderMark {
     int diagonals = 0;    ///< along how many of the two the pattern repeats; at least 1
 };
 
+/// The marks of a scan, those of neighbouring rows joined.
+class MarkList
+{
+public:
+    /// In the order of rows.
+    void add(const FinderMark &mark);
+    std::vector<FinderMark> take() { return std::move(m_marks); }
+
+private:
+    std::vector<FinderMark> m_marks;
+};
+
 /// Looks for finder patterns in both polarities: runs of 1 : 1 : 3 : 1 : 1 along a row that
 /// repeat down the column through their middle (ISO/IEC 18004 section 12 a). Light and dark
 /// are told apart by the mean of the row's neighbourhood, so that slow changes of light do
 /// not matter. Sees modules of about 1.8 to 7 pixels; larger ones are seen on a reduced
 /// copy. Every `rowStep`th row is scanned, 1 or more: a pattern is three modules high in
 /// its middle. Takes the memory of a few rows. Any thread.
+class FinderScan
+{
+public:
+    /// The picture must outlive it, and may come into being from the top meanwhile.
+    FinderScan(const LumaView &picture, int rowStep);
+
+    /// Goes as far as the picture's rows above `end` allow.
+    void advance(int end);
+
+    /// Goes to the end of the picture and gives what was seen: the same in however many steps
+    /// it came there. To be called once.
+    std::vector<FinderMark> finish();
+
+private:
+    LumaView m_picture;
+    int m_rowStep;
+    int m_next;
+    std::vector<std::int16_t> m_flat;
+    std::vector<std::uint16_t> m_scratch;
+    std::vector<std::int32_t> m_edges;
+    std::vector<float> m_places;
+    std::vector<std::int32_t> m_found; ///< which of them may begin a pattern
+    MarkList m_marks;
+};
+
+/// What such a scan sees on a picture that is there already.
 std::vector<FinderMark> scanForFinders(const LumaView &picture, int rowStep);
 
 } // namespace quillmark

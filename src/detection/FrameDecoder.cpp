@@ -4,45 +4,54 @@
 #include "detection/FrameDecoder.h"
 
 #include "detection/FrameDecoding.h"
+#include "detection/LumaDecoding.h"
 #include "detection/LumaRows.h"
 #include "detection/TiffLuma.h"
 #include "detection/TiffOrientation.h"
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace quillmark {
-namespace {
 
-std::optional<DecodedFrame> decodeJpeg(const FrameFile &file)
+void decodeLuma(const std::filesystem::path &path,
+                const std::function<bool(const LumaSource &)> &take)
 {
-    return decodeScans(file, [](JpegFrame &frame) -> std::optional<DecodedFrame> {
-        LumaRows rows(frame.width(), frame.height());
-        if (!frame.readLuma(rows)) {
+    const auto taken = [&take](const LumaSource &source) {
+        return take(source) ? std::optional(true) : std::nullopt;
+    };
+    const auto fromJpeg = [&taken](const FrameFile &file) {
+        return decodeScans(file, [&taken](JpegFrame &frame) {
+            return taken({frame.width(), frame.height(),
+                          [&frame](LumaRows &rows) { return frame.readLuma(rows); },
+                          [&frame] { return frame.orientation(); }});
+        });
+    };
+    const auto fromTiff = [&taken](const FrameFile &file) -> std::optional<bool> {
+        const std::unique_ptr<TiffFrame> frame = TiffFrame::open(file, FrameChannels::luma);
+        if (!frame) {
             return std::nullopt;
         }
-        return DecodedFrame{rows.finish(), frame.orientation()};
-    });
+        return taken({frame->width(), frame->height(),
+                      [&frame](LumaRows &rows) { return TiffLuma(*frame, rows).read(); },
+                      [&file] { return tiffOrientation(file); }});
+    };
+    decodeByFormat(path, {}, fromJpeg, fromTiff);
 }
-
-std::optional<DecodedFrame> decodeTiff(const FrameFile &file)
-{
-    const std::unique_ptr<TiffFrame> frame = TiffFrame::open(file, FrameChannels::luma);
-    if (!frame) {
-        return std::nullopt;
-    }
-    LumaRows rows(frame->width(), frame->height());
-    if (!TiffLuma(*frame, rows).read()) {
-        return std::nullopt;
-    }
-    return DecodedFrame{rows.finish(), tiffOrientation(file)};
-}
-
-} // namespace
 
 DecodedFrame decodeFrame(const std::filesystem::path &file)
 {
-    return decodeByFormat(file, {}, decodeJpeg, decodeTiff);
+    DecodedFrame frame;
+    decodeLuma(file, [&frame](const LumaSource &source) {
+        LumaRows rows(source.width, source.height);
+        if (!source.read(rows)) {
+            return false;
+        }
+        frame = {rows.finish(), source.orientation()};
+        return true;
+    });
+    return frame;
 }
 
 } // namespace quillmark

@@ -16,6 +16,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <exception>
 #include <optional>
 #include <span>
 #include <utility>
@@ -25,23 +26,16 @@ namespace {
 
 constexpr std::size_t smallPicture = 3'000'000; // pixels
 constexpr std::size_t smallCopy = 1'500'000;    // of a frame that is larger itself
-// What is busy like a code is looked for on copies of no more than these pixels, and only frames of
-// no more are sharpened as a whole beyond the smallest copy: elsewhere the regions are.
-constexpr std::size_t mostSearched = 16'000'000;
 constexpr std::size_t tinyPicture = 250'000;
-constexpr int leastScannedSide = 60;
-constexpr int smallestScale = 9;
 constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
 constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
 constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
-constexpr int wholeSharpening = 8;        // quarters
-
-struct Look {
-    int scale;
-    int sharpening; ///< quarters
-    int rowStep;
-};
+// What may be spent on comparing marks with each other, one with one being the unit: a fifth of a
+// second. Completing a pair takes as long as many.
+constexpr std::size_t mostSpent = 300'000;
+constexpr std::size_t pairCost = 1'500;
+constexpr int wholeSharpening = 8; // quarters
 
 /// The looks at a place that is busy like a code.
 constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
@@ -69,6 +63,11 @@ bool FrameSearch::isScannedAt(int scale) const
     return std::min(m_frame.width, m_frame.height) / scale >= leastScannedSide;
 }
 
+bool FrameSearch::mayTryMore() const
+{
+    return !isOver() && m_tried.size() < mostTried && m_spent < mostSpent;
+}
+
 std::size_t FrameSearch::pixelsAt(int scale) const
 {
     return static_cast<std::size_t>(m_frame.width / scale) *
@@ -77,8 +76,8 @@ std::size_t FrameSearch::pixelsAt(int scale) const
 
 LumaView FrameSearch::copy(int scale)
 {
-    if (scale == 1) {
-        return m_frame;
+    if (scale == 1 || scale == 3 || scale == 9) {
+        return m_looks.copy(scale);
     }
     const auto known = m_copies.find(scale);
     if (known != m_copies.end()) {
@@ -94,18 +93,17 @@ LumaView FrameSearch::copy(int scale)
 
 void FrameSearch::run()
 {
-    for (const Look &each : {Look{9, 0, 2}, {3, 0, 2}, {1, 0, 4}, {9, 8, 2}, {3, 8, 2}}) {
-        if (!isOver()) {
-            look(each.scale, each.sharpening, each.rowStep);
-        }
+    for (int i = 0; i < m_looks.count() && mayTryMore(); ++i) {
+        const int scale = m_looks.scale(i);
+        takeIn(m_looks.marks(i), m_looks.copy(scale), {0, 0}, scale);
     }
     const bool isLarge = pixelsAt(1) > mostSearched;
     for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
-        if (!isOver()) {
+        if (mayTryMore()) {
             lookAtRegions(scale);
         }
     }
-    if (!isOver()) {
+    if (mayTryMore()) {
         completePairs();
     }
     for (const int scale : {9, 3, 1}) {
@@ -115,14 +113,6 @@ void FrameSearch::run()
     }
     if (!isOver() && pixelsAt(1) <= tinyPicture) {
         lookAtEnlarged();
-    }
-}
-
-void FrameSearch::look(int scale, int sharpening, int rowStep)
-{
-    const bool isDear = sharpening > 0 && scale < smallestScale && pixelsAt(1) > mostSearched;
-    if (isScannedAt(scale) && !isDear) {
-        lookAt(copy(scale), {0, 0}, scale, sharpening, rowStep);
     }
 }
 
@@ -138,25 +128,23 @@ void FrameSearch::lookAtRegions(int scale)
                                 static_cast<double>(std::max(area.top, 0))};
         const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
         for (const int sharpening : regionSharpenings) {
-            if (!isOver()) {
-                lookAt(part, corner, scale, sharpening, 2);
+            if (mayTryMore()) {
+                lookAtRegion(part, corner, scale, sharpening);
             }
         }
     }
 }
 
-/// Looks at a part of the frame's copy that begins at a place of it.
-void FrameSearch::lookAt(const LumaView &part, PixelPoint corner, int scale, int sharpening,
-                         int rowStep)
+void FrameSearch::lookAtRegion(const LumaView &part, PixelPoint corner, int scale, int sharpening)
 {
-    std::vector<FinderMark> marks;
-    if (sharpening == 0) {
-        marks = scanForFinders(part, rowStep);
-    } else {
-        LumaImage sharpened = reduceByBox(part, 1);
-        sharpen(sharpened, sharpening);
-        marks = scanForFinders(sharpened, rowStep);
-    }
+    const LumaImage sharpened = sharpening == 0 ? LumaImage() : sharpen(part, sharpening);
+    takeIn(scanForFinders(sharpening == 0 ? part : sharpened, 2), part, corner, scale);
+}
+
+/// Takes in what was seen on a part of the frame's copy that begins at a place of it.
+void FrameSearch::takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner,
+                         int scale)
+{
     for (FinderMark &mark : marks) {
         mark.x = (mark.x + corner.x) * scale;
         mark.y = (mark.y + corner.y) * scale;
@@ -174,6 +162,7 @@ void FrameSearch::lookAt(const LumaView &part, PixelPoint corner, int scale, int
 
 void FrameSearch::tryTriangles(std::span<const FinderMark> marks)
 {
+    m_spent += marks.size() * marks.size();
     // All of them, though one may be the slate: another card may lie beside it.
     for (const FinderTriangle &triangle : findTriangles(m_frame, marks, mostTriangles)) {
         tryTriangle(triangle);
@@ -204,9 +193,10 @@ void FrameSearch::completePairs()
     marks.resize(std::min(marks.size(), mostPaired));
     for (std::size_t i = 0; i < marks.size(); ++i) {
         for (std::size_t k = i + 1; k < marks.size(); ++k) {
-            if (isOver() || m_tried.size() >= mostTried) {
+            if (!mayTryMore()) {
                 return;
             }
+            m_spent += pairCost;
             for (const FinderTriangle &triangle : completedTriangles(m_frame, marks[i], marks[k])) {
                 tryTriangle(triangle);
             }
@@ -218,11 +208,12 @@ void FrameSearch::completePairs()
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
+    // It tries every three patterns, which takes seconds where hundreds look like one.
+    if (m_pool.marks().size() > mostPooled || !isScannedAt(scale) ||
+        pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }
-    LumaImage picture = reduceByBox(copy(scale), 1);
-    sharpen(picture, wholeSharpening);
+    LumaImage picture = sharpen(copy(scale), wholeSharpening);
     const QrEffort effort = scale == 1 ? QrEffort::thorough : QrEffort::quick;
     for (QrSymbol &symbol : readCopy({std::move(picture), 1.0 * scale}, effort)) {
         m_symbols.add(std::move(symbol));
@@ -238,6 +229,35 @@ void FrameSearch::lookAtEnlarged()
             m_symbols.add(std::move(symbol));
         }
     }
+}
+
+SymbolList searchFrame(const LumaView &frame)
+{
+    SymbolList found;
+    try {
+        if (!frame.isEmpty()) {
+            FrameSearch(frame, found).run();
+        }
+    } catch (const std::exception &) {
+        // Out of memory or of threads.
+    }
+    return found;
+}
+
+SymbolList searchFrame(LumaRows &rows)
+{
+    SymbolList found;
+    try {
+        if (rows.await(1) > 0) {
+            FrameSearch search(rows.view(), found);
+            if (search.follow(rows)) {
+                search.run();
+            }
+        }
+    } catch (const std::exception &) {
+        // Out of memory or of threads.
+    }
+    return found;
 }
 
 } // namespace quillmark

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "detection/FinderTriangle.h"
+#include "detection/FrameLooks.h"
 #include "detection/LumaView.h"
 #include "detection/MarkPool.h"
 #include "detection/SymbolList.h"
@@ -20,26 +21,33 @@ namespace quillmark {
 class FrameSearch
 {
 public:
-    explicit FrameSearch(const LumaView &frame) : m_frame(frame) {}
+    /// Puts codes into `found`. Both must outlive it. Throws std::bad_alloc, as all of it does.
+    FrameSearch(const LumaView &frame, SymbolList &found)
+        : m_frame(frame), m_looks(frame), m_symbols(found)
+    {}
 
-    /// Goes on until a look reads a slate, or there is nothing left to try. Another text
-    /// does not end the search, however much it looks like one: the slate may stand beside it.
-    /// Throws std::bad_alloc; what was found until then remains.
+    /// Looks at a frame while its rows come, which makes run() shorter and changes nothing
+    /// else. False where the frame was abandoned, and there is nothing to search.
+    bool follow(LumaRows &rows) { return m_looks.follow(rows); }
+
+    /// To be called when the whole frame is there. Goes on until a look reads a slate, or there is
+    /// nothing left to try. Another text does not end the search, however much it looks like one:
+    /// the slate may stand beside it.
     void run();
-
-    const SymbolList &symbols() const { return m_symbols; }
 
 private:
     bool isOver() const { return m_symbols.hasSlate(); }
+    /// Whether another look may lead anywhere.
+    bool mayTryMore() const;
     /// Whether a copy is large enough for a code to be seen.
     bool isScannedAt(int scale) const;
     std::size_t pixelsAt(int scale) const;
     /// The frame at 1/scale of its size.
     LumaView copy(int scale);
 
-    void look(int scale, int sharpening, int rowStep);
     void lookAtRegions(int scale);
-    void lookAt(const LumaView &part, PixelPoint corner, int scale, int sharpening, int rowStep);
+    void lookAtRegion(const LumaView &part, PixelPoint corner, int scale, int sharpening);
+    void takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner, int scale);
     void tryTriangles(std::span<const FinderMark> marks);
     void tryTriangle(const FinderTriangle &triangle);
     void completePairs();
@@ -47,10 +55,18 @@ private:
     void lookAtEnlarged();
 
     LumaView m_frame;
-    std::map<int, LumaImage> m_copies;
+    FrameLooks m_looks;
+    std::map<int, LumaImage> m_copies; ///< beyond those of m_looks
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
-    SymbolList m_symbols;
+    std::size_t m_spent = 0; ///< on comparing marks
+    SymbolList &m_symbols;
 };
+
+/// All that is found on a frame; where memory does not suffice, what was found until then.
+SymbolList searchFrame(const LumaView &frame);
+
+/// The same while the rows of the frame come: nothing where it is abandoned.
+SymbolList searchFrame(LumaRows &rows);
 
 } // namespace quillmark

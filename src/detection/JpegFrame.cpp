@@ -147,6 +147,7 @@ bool JpegFrame::readLuma(LumaRows &out)
             JSAMPROW row = m_row.data();
             jpeg_read_scanlines(&m_info, &row, 1);
             convertRow<LumaOutput>(out.rows(y, 1));
+            out.advance(y + 1);
         }
     });
 }
@@ -237,6 +238,7 @@ void JpegFrame::readGreyRows(LumaRows &out)
             rows[i] = rows[i - 1] + width();
         }
         jpeg_read_scanlines(&m_info, rows.data(), static_cast<JDIMENSION>(count));
+        out.advance(static_cast<int>(m_info.output_scanline));
     }
 }
 

@@ -41,4 +41,14 @@ struct LumaView {
     }
 };
 
+/// A black picture.
+inline LumaImage blankImage(int width, int height)
+{
+    LumaImage image;
+    image.width = width;
+    image.height = height;
+    image.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    return image;
+}
+
 } // namespace quillmark

@@ -3,7 +3,7 @@
 
 #include "detection/Reduce.h"
 
-#include "detection/TwoThreads.h"
+#include "detection/LumaKernels.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -14,17 +14,6 @@
 
 namespace quillmark {
 namespace {
-
-constexpr std::size_t worthAThread = 6'000'000; // pixels: about a millisecond
-
-LumaImage blankImage(int width, int height)
-{
-    LumaImage image;
-    image.width = width;
-    image.height = height;
-    image.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    return image;
-}
 
 void addRow(std::span<std::uint16_t> sums, const std::uint8_t *row)
 {
@@ -55,8 +44,6 @@ void meanOfColumns(const std::uint16_t *sums, std::uint8_t *out, int width, int 
     switch (factor) {
     case 2:
         return meanOfColumns<2>(sums, out, width, 0);
-    case 3:
-        return meanOfColumns<3>(sums, out, width, 0);
     case 4:
         return meanOfColumns<4>(sums, out, width, 0);
     default:
@@ -64,37 +51,38 @@ void meanOfColumns(const std::uint16_t *sums, std::uint8_t *out, int width, int 
     }
 }
 
-/// Makes the rows from `first` up to `end` of the reduced picture, and tells how many.
-int reduceRows(const LumaView &picture, int factor, LumaImage &reduced, int first, int end)
-{
-    std::vector<std::uint16_t> sums(static_cast<std::size_t>(picture.width));
-    for (int y = first; y < end; ++y) {
-        std::ranges::fill(sums, std::uint16_t{0});
-        for (int i = 0; i < factor; ++i) {
-            addRow(sums, picture.row(y * factor + i));
-        }
-        meanOfColumns(sums.data(), reduced.row(y), reduced.width, factor);
-    }
-    return end - first;
-}
-
 } // namespace
+
+BoxReduction::BoxReduction(const LumaView &picture, int factor)
+    : m_picture(picture),
+      m_factor(factor),
+      m_reduced(blankImage(picture.width / factor, picture.height / factor)),
+      m_sums(static_cast<std::size_t>(picture.width))
+{}
+
+int BoxReduction::advance(int end)
+{
+    for (; m_end < std::min(end / m_factor, m_reduced.height); ++m_end) {
+        if (m_factor == 3) {
+            const std::uint8_t *top = m_picture.row(m_end * 3);
+            meanOfTriples({top, top + m_picture.stride, top + 2 * m_picture.stride},
+                          static_cast<std::size_t>(m_reduced.width), m_reduced.row(m_end));
+            continue;
+        }
+        std::ranges::fill(m_sums, std::uint16_t{0});
+        for (int i = 0; i < m_factor; ++i) {
+            addRow(m_sums, m_picture.row(m_end * m_factor + i));
+        }
+        meanOfColumns(m_sums.data(), m_reduced.row(m_end), m_reduced.width, m_factor);
+    }
+    return m_end;
+}
 
 LumaImage reduceByBox(const LumaView &picture, int factor)
 {
-    LumaImage reduced = blankImage(picture.width / factor, picture.height / factor);
-    const int middle = reduced.height / 2;
-    const auto upper = [&] { return reduceRows(picture, factor, reduced, 0, middle); };
-    const auto lower = [&] { return reduceRows(picture, factor, reduced, middle, reduced.height); };
-    const auto pixels =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    if (pixels < worthAThread) {
-        upper();
-        lower();
-    } else {
-        runBoth(upper, lower);
-    }
-    return reduced;
+    BoxReduction reduction(picture, factor);
+    reduction.advance(picture.height);
+    return reduction.take();
 }
 
 LumaImage enlarge(const LumaView &picture, int factor)

@@ -3,12 +3,13 @@
 
 #include "detection/SampleKernels.h"
 
+#include "detection/KernelTarget.h"
 #include "detection/SampleScalar.h"
 
 #include <algorithm>
 #include <cmath>
 
-// This file is compiled once for each kind of vectors (Highway, "dynamic dispatch").
+// Has this file compiled once for each kind of vectors.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "detection/SampleKernels.cpp"
 #include <hwy/foreach_target.h>
@@ -128,7 +129,7 @@ void swapBytes(std::uint16_t *samples, std::size_t count)
 
 #endif
 
-// One name each, which is what can be exported.
+// One name each, which is what can be chosen.
 
 void lumaOfRgb8(const std::uint8_t *samples, int channels, int count, std::uint8_t *out)
 {
@@ -156,15 +157,6 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace quillmark {
-namespace {
-
-HWY_EXPORT(lumaOfRgb8);
-HWY_EXPORT(lumaOfRgb16);
-HWY_EXPORT(applyWholeLevels);
-HWY_EXPORT(swapPairs);
-
-} // namespace
-
 WholeLevels::WholeLevels(const Levels &levels)
     : black(static_cast<std::uint32_t>(std::lround(levels.black))),
       white(static_cast<std::uint32_t>(std::lround(levels.white)))
@@ -175,23 +167,31 @@ WholeLevels::WholeLevels(const Levels &levels)
 
 void lumaOfRgb(const std::uint8_t *samples, int channels, int count, std::uint8_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(lumaOfRgb8)(samples, channels, count, out);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(lumaOfRgb8))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(lumaOfRgb8), HWY_CHOOSE_FALLBACK(lumaOfRgb8)};
+    bestKind(kinds)(samples, channels, count, out);
 }
 
 void lumaOfRgb(const std::uint16_t *samples, int channels, int count, std::uint16_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(lumaOfRgb16)(samples, channels, count, out);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(lumaOfRgb16))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(lumaOfRgb16), HWY_CHOOSE_FALLBACK(lumaOfRgb16)};
+    bestKind(kinds)(samples, channels, count, out);
 }
 
 void applyLevels(const WholeLevels &levels, const std::uint16_t *samples, int count,
                  std::uint8_t *out)
 {
-    HWY_DYNAMIC_DISPATCH(applyWholeLevels)(levels, samples, count, out);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(applyWholeLevels))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(applyWholeLevels), HWY_CHOOSE_FALLBACK(applyWholeLevels)};
+    bestKind(kinds)(levels, samples, count, out);
 }
 
 void swapBytes(std::uint16_t *samples, std::size_t count)
 {
-    HWY_DYNAMIC_DISPATCH(swapPairs)(samples, count);
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(swapPairs))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(swapPairs), HWY_CHOOSE_FALLBACK(swapPairs)};
+    bestKind(kinds)(samples, count);
 }
 
 } // namespace quillmark

@@ -4,8 +4,7 @@
 #include "detection/SlateDetector.h"
 
 #include "base/Background.h"
-#include "detection/FrameDecoder.h"
-#include "detection/QrReader.h"
+#include "detection/FrameScan.h"
 #include "detection/SlateDetectionError.h"
 #include "payload/SlatePayloadJson.h"
 
@@ -16,8 +15,7 @@ namespace fs = std::filesystem;
 
 std::optional<SlateDetection> detectNow(const fs::path &image)
 {
-    const DecodedFrame frame = decodeFrame(image);
-    for (const std::optional<QString> &text : readQrCodes(frame.luma, frame.orientation)) {
+    for (const std::optional<QString> &text : scanFrame(image)) {
         if (!text) {
             continue;
         }

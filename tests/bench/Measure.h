@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <ctime>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -22,6 +23,14 @@ double milliseconds(Call call)
         .count();
 }
 
+/// Milliseconds of processor time that this process has had, on all cores.
+inline double processorMilliseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+}
+
 inline double median(std::vector<double> values)
 {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -31,9 +40,10 @@ inline double median(std::vector<double> values)
 
 /// A thing and its floor, timed in turns so that both meet the same moods of the machine.
 struct Comparison {
-    double subject; ///< median milliseconds
-    double floor;   ///< median milliseconds
-    double ratio;   ///< median of the pairs' ratios
+    double subject;        ///< median milliseconds
+    double floor;          ///< median milliseconds
+    double ratio;          ///< median of the pairs' ratios
+    double processorRatio; ///< the same of processor time, on all cores together
 };
 
 template <typename Subject, typename Floor>
@@ -42,12 +52,16 @@ Comparison compareInTurns(int pairs, Subject subject, Floor floor)
     std::vector<double> subjects;
     std::vector<double> floors;
     std::vector<double> ratios;
+    std::vector<double> processorRatios;
     for (int pair = 0; pair < pairs; ++pair) {
+        const double start = processorMilliseconds();
         floors.push_back(milliseconds(floor));
+        const double middle = processorMilliseconds();
         subjects.push_back(milliseconds(subject));
         ratios.push_back(subjects.back() / floors.back());
+        processorRatios.push_back((processorMilliseconds() - middle) / (middle - start));
     }
-    return {median(subjects), median(floors), median(ratios)};
+    return {median(subjects), median(floors), median(ratios), median(processorRatios)};
 }
 
 /// The most memory that this process has had in use, in MB (10^6 bytes); from /proc/self/status.

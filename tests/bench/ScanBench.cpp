@@ -65,8 +65,9 @@ void printTime(const std::filesystem::path &file, int pairs)
     const bench::Comparison looking = bench::compareInTurns(
         pairs, [&file] { look(file); }, floor);
     std::printf("{\"decode_ms\": %.1f, \"decode_ratio\": %.2f, "
-                "\"detect_ms\": %.1f, \"luma_ms\": %.1f, \"ratio\": %.2f}\n",
-                decoding.subject, decoding.ratio, looking.subject, looking.floor, looking.ratio);
+                "\"detect_ms\": %.1f, \"luma_ms\": %.1f, \"ratio\": %.2f, \"cpu_ratio\": %.2f}\n",
+                decoding.subject, decoding.ratio, looking.subject, looking.floor, looking.ratio,
+                looking.processorRatio);
 }
 
 void printMemory(const std::filesystem::path &file)

@@ -21,21 +21,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <span>
 #include <stdexcept>
 #include <string>
 
 namespace quillmark::bench {
 namespace {
-
-/// Milliseconds of processor time that this process has had, on all cores.
-double processorMilliseconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-}
 
 QJsonObject outcomeOf(const Reader &reader, const Picture &picture)
 {

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/LumaRows.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillmark {
+
+LumaRows::LumaRows(int width, int height) : m_view(nullptr, width, height, width)
+{
+    m_image.width = width;
+    m_image.height = height;
+    m_image.pixels.reserve(bytes(height));
+    m_view.pixels = m_image.pixels.data();
+}
+
+std::uint8_t *LumaRows::rows(int y, int count)
+{
+    const std::lock_guard lock(m_mutex);
+    fill(y + count);
+    return m_image.row(y);
+}
+
+void LumaRows::advance(int end)
+{
+    const std::lock_guard lock(m_mutex);
+    if (end > m_final) {
+        fill(end);
+        m_final = end;
+        wake();
+    }
+}
+
+void LumaRows::close()
+{
+    advance(height());
+}
+
+void LumaRows::abandon()
+{
+    const std::lock_guard lock(m_mutex);
+    m_isAbandoned = true;
+    wake();
+}
+
+int LumaRows::await(int end)
+{
+    std::unique_lock lock(m_mutex);
+    m_wanted = end;
+    m_isAwaited = true;
+    m_progress.wait(lock, [this] { return isWorthWaking(); });
+    m_isAwaited = false;
+    return m_final;
+}
+
+LumaImage LumaRows::finish()
+{
+    close();
+    return std::move(m_image);
+}
+
+/// What lies behind the last row that was asked for belongs to nobody yet, so that it can be
+/// written while others write their rows above; the memory never moves.
+void LumaRows::fill(int end)
+{
+    if (m_image.pixels.size() < bytes(end)) {
+        m_image.pixels.resize(bytes(end), midGrey);
+    }
+}
+
+void LumaRows::wake()
+{
+    // Whoever waits wants many rows, which come a few at a time.
+    if (m_isAwaited && isWorthWaking()) {
+        m_progress.notify_all();
+    }
+}
+
+} // namespace quillmark
