@@ -328,7 +328,7 @@ void SampleConverter<Output>::sampleTones(const void *tones, int count, int firs
     const bool whole = m_layout.type == SampleType::uint16;
     for (int pixel = first; pixel < count; pixel += step) {
         for (int i = pixel * Output::channels; i < (pixel + 1) * Output::channels; ++i) {
-            levels.add(whole ? static_cast<const std::uint16_t *>(tones)[i]
+            levels.add(whole ? static_cast<float>(static_cast<const std::uint16_t *>(tones)[i])
                              : static_cast<const float *>(tones)[i]);
         }
     }

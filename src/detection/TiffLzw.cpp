@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace quillmark {
 namespace {
@@ -56,7 +57,7 @@ void copyBlocks(std::uint8_t *to, const std::uint8_t *from, std::size_t count)
 {
     std::size_t done = 0;
     do {
-        std::array<std::uint8_t, copied> block;
+        std::array<std::uint8_t, copied> block{};
         std::memcpy(block.data(), from + done, copied);
         std::memcpy(to + done, block.data(), copied);
         done += copied;
@@ -68,54 +69,59 @@ void copyBlocks(std::uint8_t *to, const std::uint8_t *from, std::size_t count)
 std::span<std::uint8_t> TiffLzw::unpack(const FrameFile &file, const TiffSpan &packed,
                                         std::size_t size)
 {
-    setWindow(singles + size + slack);
+    clearWindow();
+    enlargeWindow(singles + size + slack);
     // Twice as much as nothing could be packed better.
     const std::uint64_t count = std::min<std::uint64_t>(packed.count, 2 * size + 4096);
     setInput(file, {packed.offset, count}, static_cast<std::size_t>(count));
-    if (run(singles + size, m_windowSize) != Stop::enough) {
+    if (run(singles + size, m_window.size()) != Stop::enough) {
         return {};
     }
-    return {m_window.get() + singles, size};
+    return std::span(m_window).subspan(singles, size);
 }
 
 void TiffLzw::begin(const FrameFile &file, const TiffSpan &packed)
 {
-    setWindow(streamWindow);
+    clearWindow();
     setInput(file, packed, streamInput);
 }
 
-std::span<std::uint8_t> TiffLzw::next(std::size_t size)
+std::span<const std::uint8_t> TiffLzw::next(std::size_t size)
 {
     for (;;) {
         const std::size_t end = m_read + size;
-        if (end + slack > m_windowSize) {
+        if (end + slack > streamWindow) {
             return {};
         }
+        enlargeWindow(end + slack);
         const Stop stop = run(end, streamKept);
         if (stop == Stop::failed) {
             return {};
         }
         if (stop == Stop::enough) {
-            m_read = end;
-            return {m_window.get() + end - size, size};
+            return std::span(m_window).subspan(std::exchange(m_read, end), size);
         }
-        std::memmove(m_window.get() + singles, m_window.get() + m_read, m_written - m_read);
+        std::memmove(m_window.data() + singles, m_window.data() + m_read, m_written - m_read);
         m_written -= m_read - singles;
         m_read = singles;
     }
 }
 
-void TiffLzw::setWindow(std::size_t size)
+void TiffLzw::clearWindow()
 {
-    if (m_windowSize < size) {
-        m_window = std::make_unique_for_overwrite<std::uint8_t[]>(size);
-        m_windowSize = size;
-        for (std::size_t i = 0; i < singles; ++i) {
-            m_window[i] = static_cast<std::uint8_t>(i);
-        }
+    enlargeWindow(singles);
+    for (std::size_t i = 0; i < singles; ++i) {
+        m_window[i] = static_cast<std::uint8_t>(i);
     }
     m_read = singles;
     m_written = singles;
+}
+
+void TiffLzw::enlargeWindow(std::size_t size)
+{
+    if (m_window.size() < size) {
+        m_window.resize(size);
+    }
 }
 
 void TiffLzw::setInput(const FrameFile &file, const TiffSpan &packed, std::size_t atOnce)
@@ -160,7 +166,7 @@ TiffLzw::Bits TiffLzw::refilled(Bits bits)
 /// cleared behind `clearAt`.
 TiffLzw::Stop TiffLzw::run(std::size_t end, std::size_t clearAt)
 {
-    std::uint8_t *const window = m_window.get();
+    std::uint8_t *const window = m_window.data();
     // The compiler cannot keep members in registers beside bytes that are written.
     const std::uint8_t *const input = m_input.data();
     std::size_t inputAt = m_inputAt;

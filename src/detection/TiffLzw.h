@@ -9,7 +9,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -28,8 +27,9 @@ public:
     /// Begins to read a strip of any size. The file outlives the reading. Throws std::bad_alloc.
     void begin(const FrameFile &file, const TiffSpan &packed);
 
-    /// The next `size` bytes, at most 1 MB, under the same terms.
-    std::span<std::uint8_t> next(std::size_t size);
+    /// The next `size` bytes; none where these cannot be had in full, and then nothing more
+    /// comes. They stay valid until the next call.
+    std::span<const std::uint8_t> next(std::size_t size);
 
 private:
     static constexpr std::size_t codes = 5119;
@@ -49,7 +49,8 @@ private:
 
     enum class Stop { enough, cleared, failed };
 
-    void setWindow(std::size_t size);
+    void clearWindow();
+    void enlargeWindow(std::size_t size);
     void setInput(const FrameFile &file, const TiffSpan &packed, std::size_t atOnce);
     Bits refilled(Bits bits);
     Stop run(std::size_t end, std::size_t clearAt);
@@ -66,8 +67,7 @@ private:
     std::size_t m_free = 0; ///< the code that comes next; 0 before the first clearing
     String m_last{};        ///< that before; without length right behind a clearing
 
-    std::unique_ptr<std::uint8_t[]> m_window; ///< all single bytes, and what was unpacked
-    std::size_t m_windowSize = 0;
+    std::vector<std::uint8_t> m_window; ///< all single bytes, and what was unpacked
     std::size_t m_read = 0;
     std::size_t m_written = 0;
 };

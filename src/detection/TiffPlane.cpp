@@ -146,7 +146,7 @@ const std::uint8_t *TiffPlane::unpackedRow(int y)
         m_isLzwOver = false;
     }
     if (!m_isLzwOver) {
-        const std::span<std::uint8_t> row = m_lzw->next(m_shape.rowBytes);
+        const std::span<const std::uint8_t> row = m_lzw->next(m_shape.rowBytes);
         if (!row.empty()) {
             m_row.assign(row.begin(), row.end());
             finishRows(m_row);

@@ -13,13 +13,17 @@ std::unique_ptr<TiffReader> TiffReader::open(TiffHandle tiff, const TiffShape &s
     std::unique_ptr<TiffReader> reader(new TiffReader(shape));
     const FrameFile &file = tiff.file();
     reader->m_planes.reserve(static_cast<std::size_t>(shape.planes));
-    for (int plane = 0; plane < shape.planes; ++plane) {
-        TiffHandle handle = plane == 0 ? std::move(tiff) : TiffHandle(file);
-        if (!handle) {
-            return nullptr;
-        }
+    const auto add = [&](TiffHandle handle, int plane) {
         prepare(handle, shape);
         reader->m_planes.emplace_back(std::move(handle), shape, plane);
+    };
+    add(std::move(tiff), 0);
+    for (int plane = 1; plane < shape.planes; ++plane) {
+        TiffHandle another(file);
+        if (!another) {
+            return nullptr;
+        }
+        add(std::move(another), plane);
     }
     return reader;
 }

@@ -85,7 +85,7 @@ protected:
         const Bytes &bytes = GetParam().bytes;
         m_lzw->begin(*m_file, packed);
         for (std::size_t rows = 0;; ++rows) {
-            const std::span<std::uint8_t> row = m_lzw->next(rowBytes);
+            const std::span<const std::uint8_t> row = m_lzw->next(rowBytes);
             if (row.empty()) {
                 return rows;
             }
