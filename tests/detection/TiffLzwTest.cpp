@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <random>
 #include <span>
 #include <stdexcept>
@@ -67,6 +68,11 @@ struct LzwCase {
     std::string name;
     Bytes bytes;
 };
+
+void PrintTo(const LzwCase &tested, std::ostream *out)
+{
+    *out << tested.name;
+}
 
 class TiffLzwOf : public ::testing::TestWithParam<LzwCase>
 {

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <future>
 #include <optional>
+#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -43,6 +44,11 @@ struct ShapeCase {
     std::string name;
     TiffShape shape;
 };
+
+void PrintTo(const ShapeCase &tested, std::ostream *out)
+{
+    *out << tested.name;
+}
 
 class TiffPiecesOf : public ::testing::TestWithParam<ShapeCase>
 {};
