@@ -56,7 +56,7 @@ public:
 private:
     static float busyness(std::uint64_t across, std::uint64_t down)
     {
-        constexpr double steps = cellSteps * cellSide / rowsSampled;
+        constexpr double steps = cellSteps * (static_cast<double>(cellSide) / rowsSampled);
         const auto least = static_cast<double>(std::min(across, down));
         const auto most = static_cast<double>(std::max(across, down));
         return least >= leastIsotropy * most ? static_cast<float>(least / steps) : 0.0F;

@@ -53,7 +53,7 @@ public:
 
 private:
     struct Look {
-        int scale;
+        int scale = 1;
         std::optional<Sharpening> sharpening;
         FinderScan scan;
 

@@ -82,7 +82,7 @@ TEST(FrameScan, aFrameThatIsCutShortIsSearchedAsFarAsItGoes)
         test::writeJpeg(whole, image, {.progressive = progressive});
         std::ifstream in(whole, std::ios::binary);
         const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-        for (const std::size_t share : {1, 5, 6, 9}) {
+        for (const std::size_t share : {1U, 5U, 6U, 9U}) {
             const fs::path part = folder / "part.jpg";
             std::ofstream(part, std::ios::binary) << bytes.substr(0, bytes.size() * share / 10);
             EXPECT_EQ(scanFrame(part), readInTurns(part)) << share << ", " << progressive;
@@ -121,7 +121,8 @@ TEST(FrameScan, whatIsNoPictureIsRefused)
 }
 
 /// The marks of all looks, in bands of rows that end here.
-std::vector<std::vector<FinderMark>> marksInBands(const LumaImage &frame, std::vector<int> ends)
+std::vector<std::vector<FinderMark>> marksInBands(const LumaImage &frame,
+                                                  const std::vector<int> &ends)
 {
     FrameLooks looks(frame);
     for (const int end : ends) {
