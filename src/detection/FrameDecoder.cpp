@@ -6,6 +6,7 @@
 #include "detection/FrameDecoding.h"
 #include "detection/LumaDecoding.h"
 #include "detection/LumaRows.h"
+#include "detection/TiffLuma.h"
 #include "detection/TiffOrientation.h"
 
 #include <memory>
@@ -13,25 +14,6 @@
 #include <utility>
 
 namespace quillmark {
-namespace {
-
-bool readTiff(TiffFrame &frame, LumaRows &rows)
-{
-    SampleLuma luma(frame.layout());
-    findLevels(frame, luma);
-    bool decoded = false;
-    frame.visitAll([&](const SampleRow &row) {
-        luma.convert(row.samples, row.count, rows.rows(row.y, 1) + row.x);
-        decoded = true;
-        // Of tiles beside each other the last one completes the rows.
-        if (row.x + row.count == frame.width()) {
-            rows.advance(row.y + 1);
-        }
-    });
-    return decoded;
-}
-
-} // namespace
 
 void decodeLuma(const std::filesystem::path &path,
                 const std::function<bool(const LumaSource &)> &take)
@@ -52,7 +34,7 @@ void decodeLuma(const std::filesystem::path &path,
             return std::nullopt;
         }
         return taken({frame->width(), frame->height(),
-                      [&frame](LumaRows &rows) { return readTiff(*frame, rows); },
+                      [&frame](LumaRows &rows) { return TiffLuma(*frame, rows).read(); },
                       [&file] { return tiffOrientation(file); }});
     };
     decodeByFormat(path, {}, fromJpeg, fromTiff);

@@ -39,6 +39,9 @@ public:
     /// that whoever decodes it comes to an end soon.
     void endAt(std::stop_token stop) { m_stop = std::move(stop); }
 
+    /// Whether a stop was asked for.
+    bool isEnded() const { return m_stop.stop_requested(); }
+
 private:
     FrameFile(UniqueFd fd, std::uint64_t size) : m_fd(std::move(fd)), m_size(size) {}
 

@@ -24,12 +24,11 @@ constexpr std::size_t chunkSamples = std::size_t{chunk} * Output::channels;
 template <typename Output, typename Sample>
 void convertRgb(const Sample *samples, int channels, int count, Sample *out)
 {
-    // Three in a row is by far the most frequent, and a constant stride can be vectorised.
-    if (channels == 3) {
-        for (int i = 0; i < count; ++i, samples += 3) {
-            Output::putRgb(out + i * Output::channels, samples[0], samples[1], samples[2]);
+    if constexpr (Output::channels == 1) {
+        if (channels == 3 || channels == 4) {
+            lumaOfRgb(samples, channels, count, out);
+            return;
         }
-        return;
     }
     for (int i = 0; i < count; ++i, samples += channels) {
         Output::putRgb(out + i * Output::channels, samples[0], samples[1], samples[2]);
@@ -123,9 +122,19 @@ template <typename Output>
 SampleConverter<Output>::SampleConverter(const SampleLayout &layout)
     : m_layout(layout),
       m_pixelBytes(sampleBytes(layout.type) * static_cast<std::size_t>(layout.channels)),
-      m_levels{0, nominalWhite(layout.type)}
+      m_levels{0, nominalWhite(layout.type)},
+      m_wholeLevels(layout.type == SampleType::uint16 ? m_levels : Levels{})
 {
     fillTones();
+}
+
+template <typename Output>
+void SampleConverter<Output>::setLevels(const Levels &levels)
+{
+    m_levels = levels;
+    if (m_layout.type == SampleType::uint16) {
+        m_wholeLevels = WholeLevels(levels);
+    }
 }
 
 template <typename Output>
@@ -138,7 +147,8 @@ void SampleConverter<Output>::fillTones()
             const auto &[red, green, blue] = m_layout.palette[i];
             std::array<std::uint16_t, Output::channels> deep{};
             Output::putRgb(deep.data(), red, green, blue);
-            applyLevels({0, nominalWhite(SampleType::uint16)}, deep.data(), Output::channels, tone);
+            applyLevels(WholeLevels({0, nominalWhite(SampleType::uint16)}), deep.data(),
+                        Output::channels, tone);
         } else if (m_layout.kind == SampleKind::lab) {
             Output::putGrey(tone, labTone<std::uint8_t>(i));
         } else {
@@ -245,30 +255,6 @@ void SampleConverter<Output>::convertWide(const Sample *samples, int count, floa
 }
 
 template <typename Output>
-void SampleConverter<Output>::convertAny(const void *samples, int count, float *out) const
-{
-    switch (m_layout.type) {
-    case SampleType::uint8:
-        return;
-    case SampleType::uint16: {
-        std::array<std::uint16_t, chunkSamples<Output>> deep{};
-        convertDeep(static_cast<const std::uint16_t *>(samples), count, deep.data());
-        std::copy_n(deep.begin(), count * Output::channels, out);
-        return;
-    }
-    case SampleType::uint32:
-        convertWide(static_cast<const std::uint32_t *>(samples), count, out);
-        return;
-    case SampleType::float32:
-        convertWide(static_cast<const float *>(samples), count, out);
-        return;
-    case SampleType::float64:
-        convertWide(static_cast<const double *>(samples), count, out);
-        return;
-    }
-}
-
-template <typename Output>
 void SampleConverter<Output>::sample(const void *samples, int count, int first, int step,
                                      LevelSampler &levels) const
 {
@@ -277,13 +263,10 @@ void SampleConverter<Output>::sample(const void *samples, int count, int first, 
     int next = first;
     for (int start = 0; start < count; start += chunk) {
         const int length = std::min(chunk, count - start);
-        convertAny(bytes + m_pixelBytes * static_cast<std::size_t>(start), length,
-                   converted.data());
-        for (; next < start + length; next += step) {
-            const auto pixel = static_cast<std::size_t>(next - start) * Output::channels;
-            for (std::size_t i = 0; i < Output::channels; ++i) {
-                levels.add(converted[pixel + i]);
-            }
+        tones(bytes + m_pixelBytes * static_cast<std::size_t>(start), length, converted.data());
+        sampleTones(converted.data(), length, next - start, step, levels);
+        while (next < start + length) {
+            next += step;
         }
     }
 }
@@ -295,20 +278,70 @@ void SampleConverter<Output>::convert(const void *samples, int count, std::uint8
         convertBytes(static_cast<const std::uint8_t *>(samples), count, out);
         return;
     }
+    const bool isTone = m_layout.kind == SampleKind::grey && m_layout.channels == 1;
+    if (m_layout.type == SampleType::uint16 && isTone && Output::channels == 1) {
+        convertTones(samples, count, out);
+        return;
+    }
     const auto *bytes = static_cast<const std::byte *>(samples);
     for (int start = 0; start < count; start += chunk) {
         const int length = std::min(chunk, count - start);
-        const void *piece = bytes + m_pixelBytes * static_cast<std::size_t>(start);
-        std::uint8_t *place = out + std::ptrdiff_t{start} * Output::channels;
-        if (m_layout.type == SampleType::uint16) {
-            std::array<std::uint16_t, chunkSamples<Output>> deep{};
-            convertDeep(static_cast<const std::uint16_t *>(piece), length, deep.data());
-            applyLevels(m_levels, deep.data(), length * Output::channels, place);
-        } else {
-            std::array<float, chunkSamples<Output>> wide{};
-            convertAny(piece, length, wide.data());
-            applyLevels(m_levels, wide.data(), length * Output::channels, place);
+        std::array<float, chunkSamples<Output>> converted{};
+        tones(bytes + m_pixelBytes * static_cast<std::size_t>(start), length, converted.data());
+        convertTones(converted.data(), length, out + std::ptrdiff_t{start} * Output::channels);
+    }
+}
+
+template <typename Output>
+std::size_t SampleConverter<Output>::toneBytes() const
+{
+    return (m_layout.type == SampleType::uint16 ? sizeof(std::uint16_t) : sizeof(float)) *
+           Output::channels;
+}
+
+template <typename Output>
+void SampleConverter<Output>::tones(const void *samples, int count, void *out) const
+{
+    switch (m_layout.type) {
+    case SampleType::uint8:
+        return;
+    case SampleType::uint16:
+        convertDeep(static_cast<const std::uint16_t *>(samples), count,
+                    static_cast<std::uint16_t *>(out));
+        return;
+    case SampleType::uint32:
+        convertWide(static_cast<const std::uint32_t *>(samples), count, static_cast<float *>(out));
+        return;
+    case SampleType::float32:
+        convertWide(static_cast<const float *>(samples), count, static_cast<float *>(out));
+        return;
+    case SampleType::float64:
+        convertWide(static_cast<const double *>(samples), count, static_cast<float *>(out));
+        return;
+    }
+}
+
+template <typename Output>
+void SampleConverter<Output>::sampleTones(const void *tones, int count, int first, int step,
+                                          LevelSampler &levels) const
+{
+    const bool whole = m_layout.type == SampleType::uint16;
+    for (int pixel = first; pixel < count; pixel += step) {
+        for (int i = pixel * Output::channels; i < (pixel + 1) * Output::channels; ++i) {
+            levels.add(whole ? static_cast<float>(static_cast<const std::uint16_t *>(tones)[i])
+                             : static_cast<const float *>(tones)[i]);
         }
+    }
+}
+
+template <typename Output>
+void SampleConverter<Output>::convertTones(const void *tones, int count, std::uint8_t *out) const
+{
+    const int samples = count * Output::channels;
+    if (m_layout.type == SampleType::uint16) {
+        applyLevels(m_wholeLevels, static_cast<const std::uint16_t *>(tones), samples, out);
+    } else {
+        applyLevels(m_levels, static_cast<const float *>(tones), samples, out);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "detection/SampleKernels.h"
 #include "detection/SampleLayout.h"
 #include "detection/SampleLevels.h"
 #include "detection/SampleOutput.h"
@@ -47,10 +48,25 @@ public:
     void sample(const void *samples, int count, int first, int step, LevelSampler &levels) const;
 
     /// Without a call, the nominal range is shown.
-    void setLevels(const Levels &levels) { m_levels = levels; }
+    void setLevels(const Levels &levels);
 
     /// `samples` is aligned for its type.
     void convert(const void *samples, int count, std::uint8_t *out) const;
+
+    // The two steps that make up convert() for deep samples: tones are samples of the output,
+    // whole numbers of 16 bits or else float, to which no levels were applied yet.
+
+    /// Of one pixel.
+    std::size_t toneBytes() const;
+
+    /// `out` is aligned for its type.
+    void tones(const void *samples, int count, void *out) const;
+
+    /// Adds every `step`-th of the tones, from `first` on, to those that levels are found from.
+    void sampleTones(const void *tones, int count, int first, int step, LevelSampler &levels) const;
+
+    /// Applies the levels.
+    void convertTones(const void *tones, int count, std::uint8_t *out) const;
 
 private:
     using Tone = std::array<std::uint8_t, Output::channels>;
@@ -60,11 +76,11 @@ private:
     void convertDeep(const std::uint16_t *samples, int count, std::uint16_t *out) const;
     template <typename Sample>
     void convertWide(const Sample *samples, int count, float *out) const;
-    void convertAny(const void *samples, int count, float *out) const;
 
     SampleLayout m_layout;
     std::size_t m_pixelBytes;
     Levels m_levels;
+    WholeLevels m_wholeLevels;              ///< the same, for 16 bits
     std::array<Tone, 256> m_tones{};        ///< for kinds of one channel of 8 bits
     std::vector<std::uint16_t> m_deepTones; ///< greys for 16 bits, where they are needed
 };

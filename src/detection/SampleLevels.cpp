@@ -68,17 +68,4 @@ void applyLevels(const Levels &levels, const float *samples, int count, std::uin
     }
 }
 
-void applyLevels(const Levels &levels, const std::uint16_t *samples, int count, std::uint8_t *out)
-{
-    const auto black = static_cast<std::uint32_t>(std::lround(levels.black));
-    const auto white = static_cast<std::uint32_t>(std::lround(levels.white));
-    const std::uint32_t range = std::max(white - black, 1U);
-    // 16.16 fixed point; white comes to 255 and less than a half, so that nothing overflows.
-    const std::uint32_t scale = ((255U << 16U) + range / 2) / range;
-    for (int i = 0; i < count; ++i) {
-        const std::uint32_t value = std::clamp<std::uint32_t>(samples[i], black, white) - black;
-        out[i] = static_cast<std::uint8_t>((value * scale + 32768U) >> 16U);
-    }
-}
-
 } // namespace quillmark

@@ -47,7 +47,4 @@ private:
 /// does infinity. What is no number is black.
 void applyLevels(const Levels &levels, const float *samples, int count, std::uint8_t *out);
 
-/// The same for whole numbers of 16 bits.
-void applyLevels(const Levels &levels, const std::uint16_t *samples, int count, std::uint8_t *out);
-
 } // namespace quillmark

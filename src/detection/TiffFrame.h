@@ -4,25 +4,13 @@
 #pragma once
 
 #include "detection/FrameFile.h"
-#include "detection/SampleAssembler.h"
-#include "detection/TiffPlane.h"
+#include "detection/TiffPieces.h"
+#include "detection/TiffReader.h"
 #include "detection/TiffShape.h"
 
-#include <functional>
 #include <memory>
-#include <vector>
 
 namespace quillmark {
-
-/// Some pixels next to each other, as SampleConverter takes them.
-struct SampleRow {
-    int x = 0;
-    int y = 0;
-    int count = 0;
-    const void *samples = nullptr; ///< valid during the call that hands them over
-};
-
-using SampleRowVisitor = std::function<void(const SampleRow &)>;
 
 /// The first image of a TIFF file, handed out in rows.
 class TiffFrame
@@ -51,18 +39,32 @@ public:
     /// where the file is laid out so that this can be.
     void visitSome(const SampleRowVisitor &visit);
 
+    // For reading in several threads.
+
+    const FrameFile &file() const { return m_file; }
+    TiffPieces allPieces() const { return TiffPieces::all(m_shape); }
+    TiffPieces somePieces() const { return TiffPieces::some(m_shape); }
+
+    /// How many readers may be at work at the same time without holding too much memory; at
+    /// least one.
+    int readerLimit() const { return m_readerLimit; }
+
+    /// The one that visitAll() and visitSome() use.
+    TiffReader &reader() { return *m_reader; }
+
+    /// One more; nothing where the file cannot be opened once more. May be called from several
+    /// threads.
+    std::unique_ptr<TiffReader> openReader() const;
+
 private:
-    TiffFrame(TiffHandle tiff, const TiffShape &shape);
+    TiffFrame(const FrameFile &file, const TiffShape &shape) : m_file(file), m_shape(shape) {}
 
-    bool visitStripRow(int y, const SampleRowVisitor &visit);
-    void visitStrip(int number, const SampleRowVisitor &visit);
-    void visitBlock(int number, const SampleRowVisitor &visit);
-    int blockCount() const;
+    void visit(const TiffPieces &pieces, const SampleRowVisitor &visit);
 
+    const FrameFile &m_file;
     TiffShape m_shape;
-    std::vector<TiffPlane> m_planes;
-    SampleAssembler m_assembler;
-    std::vector<const std::uint8_t *> m_stored; ///< per plane: what is being handed out
+    int m_readerLimit = 1;
+    std::unique_ptr<TiffReader> m_reader;
 };
 
 } // namespace quillmark

@@ -87,6 +87,7 @@ void TiffHandle::clipToFile(const FrameFile &file)
         const std::uint64_t offset = TIFFGetStrileOffset(get(), i);
         const std::uint64_t left = file.size() - std::min(offset, file.size());
         counts[i] = std::min(counts[i], left);
+        m_largestBlock = std::max(m_largestBlock, counts[i]);
     }
 }
 

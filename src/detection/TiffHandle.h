@@ -25,6 +25,9 @@ public:
     TIFF *get() const { return m_tiff.get(); }
     const FrameFile &file() const { return m_cursor->file; }
 
+    /// The bytes of the largest strip or tile as it is in the file.
+    std::uint64_t largestBlock() const { return m_largestBlock; }
+
     /// The value of a tag, or the default of the format, or else `fallback`. The type must
     /// be the one that libtiff documents for the tag.
     template <typename Value>
@@ -49,6 +52,7 @@ private:
 
     std::unique_ptr<Cursor> m_cursor; ///< stays at its place while the handle is moved
     std::unique_ptr<TIFF, Closer> m_tiff;
+    std::uint64_t m_largestBlock = 0;
 };
 
 } // namespace quillmark

@@ -75,6 +75,23 @@ std::uint16_t photometricOf(const TiffHandle &tiff, std::uint16_t channels,
     return tiff.tag<std::uint16_t>(TIFFTAG_PHOTOMETRIC, usual);
 }
 
+TiffCoding codingOf(std::uint16_t compression)
+{
+    switch (compression) {
+    case COMPRESSION_NONE:
+        return TiffCoding::stored;
+    case COMPRESSION_LZW:
+        return TiffCoding::lzw;
+    case COMPRESSION_ADOBE_DEFLATE:
+    case COMPRESSION_DEFLATE:
+        return TiffCoding::deflate;
+    case COMPRESSION_OJPEG:
+        return TiffCoding::linked;
+    default:
+        return TiffCoding::other;
+    }
+}
+
 std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
 {
     switch (photometric) {
@@ -162,7 +179,8 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannel
     }
     if (photometric == PHOTOMETRIC_YCBCR && !separate) {
         if (compression == COMPRESSION_JPEG && channels == 3) {
-            TIFFSetField(tiff.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+            shape.jpegAsRgb = true;
+            prepare(tiff, shape);
             kind = SampleKind::rgb;
         } else if (channels == 3) {
             std::uint16_t across = 1;
@@ -244,7 +262,7 @@ bool readBlocks(const TiffHandle &tiff, TiffShape &shape)
     const std::uint64_t neededBytes =
         ceilDivided(rowSamples * static_cast<std::uint64_t>(shape.bits), 8);
     // A strip without units is decoded row by row, so it may have any size.
-    const bool whole = shape.tiled || shape.hasUnits();
+    const bool whole = !shape.isReadInRows();
     if (width == 0 || height == 0 || width > maximumPixels || height > maximumPixels ||
         rowBytes > maximumRowBytes || (shape.hasUnits() ? blockBytes : rowBytes) < neededBytes ||
         (whole && blockBytes > tileBytesOnTrust + pixels * tileBytesPerPixel)) {
@@ -283,7 +301,10 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     }
     shape.width = static_cast<int>(width);
     shape.height = static_cast<int>(height);
-    shape.compressed = compression != COMPRESSION_NONE;
+    shape.coding = codingOf(compression);
+    if (shape.coding == TiffCoding::lzw || shape.coding == TiffCoding::deflate) {
+        shape.predictor = tiff.tag<std::uint16_t>(TIFFTAG_PREDICTOR, PREDICTOR_NONE);
+    }
     shape.swapped = TIFFIsByteSwapped(tiff.get()) != 0;
     shape.reversed =
         tiff.tag<std::uint16_t>(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
@@ -291,6 +312,13 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
         return std::nullopt;
     }
     return shape;
+}
+
+void prepare(const TiffHandle &tiff, const TiffShape &shape)
+{
+    if (shape.jpegAsRgb) {
+        TIFFSetField(tiff.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    }
 }
 
 } // namespace quillmark

@@ -20,6 +20,15 @@ enum class SamplePacking {
     halves,  ///< floating point of 16 bits
 };
 
+/// How strips or tiles are compressed, as far as it matters to how they are read.
+enum class TiffCoding {
+    stored,
+    lzw,
+    deflate,
+    linked, ///< one strip cannot be decoded without those before it
+    other,
+};
+
 /// Which channels are read: those that luma is made of (lightness alone, where it has a
 /// channel of its own), or those of the colours as well.
 enum class FrameChannels { luma, colours };
@@ -46,16 +55,24 @@ struct TiffShape {
     int unitWidth = 1;
     int unitHeight = 1;
 
-    bool compressed = true;
-    bool swapped = false;  ///< the bytes of a sample, where not compressed
-    bool reversed = false; ///< the bits of a byte, where not compressed
+    TiffCoding coding = TiffCoding::other;
+    int predictor = 1;      ///< of lzw and deflate (TIFF 6.0, section 14)
+    bool jpegAsRgb = false; ///< libtiff is to give JPEG-compressed colours as RGB
+    bool swapped = false;   ///< the bytes of a sample, where not compressed
+    bool reversed = false;  ///< the bits of a byte, where not compressed
 
     bool hasUnits() const { return unitWidth * unitHeight > 1; }
+    bool isCompressed() const { return coding != TiffCoding::stored; }
+
+    /// Whether rows can be had one after another; otherwise a block is had as a whole.
+    bool isReadInRows() const { return !tiled && !hasUnits(); }
 };
 
-/// Nothing for an image that cannot be decoded, or not within reason. Asks libtiff to give
-/// JPEG-compressed colours as RGB.
+/// Nothing for an image that cannot be decoded, or not within reason. Prepares the handle.
 std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileBytes,
                                    FrameChannels wanted);
+
+/// Makes another handle of the same file give what the shape says.
+void prepare(const TiffHandle &tiff, const TiffShape &shape);
 
 } // namespace quillmark

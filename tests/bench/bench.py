@@ -96,6 +96,37 @@ class Bench:
             self.add(f"peak memory of a scan, {megapixels} MP {form}", f"{got['peak_mb']:.0f} MB",
                      f"{megapixels} MB", got["peak_mb"], 60 + 1.3 * megapixels, "MB")
 
+    def tiff(self):
+        """One TIFF frame without a code against reading or decoding it in one thread.
+
+        Beside the time stands the processor time, which other programs disturb less.
+        """
+        with tempfile.TemporaryDirectory() as folder:
+            [frame] = self.roll(folder, 1, form="tiff16")
+            self.tiff_time("uncompressed", "stored", frame, 1.5)
+            for coding in ("lzw", "deflate"):
+                for predictor in (1, 2):
+                    for layout in ("strips", "tiles"):
+                        packed = frame.with_name("packed.tif")
+                        self.tool("bench-tiff", "make", frame, packed, coding, predictor, layout)
+                        self.tiff_time(f"{coding} {predictor}, {layout}", "packed", packed, 0.6)
+                self.tool("bench-tiff", "make", frame, packed, coding, 2, "single")
+                self.tiff_memory(f"24 MP {coding}, one strip", packed, 24)
+            self.tiff_memory("24 MP uncompressed", frame, 24)
+            self.tool("bench-tiff", "grey", frame, 20000)
+            self.tiff_memory("400 MP grey", frame, 400)
+
+    def tiff_time(self, what, kind, frame, limit):
+        got = self.tool("bench-tiff", kind, frame, PAIRS)
+        share = got["detect_cpu_ms"] / got["floor_cpu_ms"]
+        self.add(f"24 MP TIFF, {what} (processor {share:.2f} x)", f"{got['detect_ms']:.0f} ms",
+                 f"{got['floor_ms']:.0f} ms", got["ratio"], limit)
+
+    def tiff_memory(self, what, frame, megapixels):
+        got = self.tool("bench-tiff", "memory", frame)
+        self.add(f"peak memory, TIFF of {what}", f"{got['peak_mb']:.0f} MB", f"{megapixels} MB",
+                 got["peak_mb"], 60 + 1.3 * megapixels, "MB")
+
     def picture(self):
         """The peak of a picture for looking at against the three bytes of its pixels."""
         side = 1000
@@ -166,8 +197,8 @@ def main():
     if sys.argv[2:3] == ["recall"]:
         recall.run(bench, sys.argv[3:])
         return
-    figures = {"frame": bench.frame, "memory": bench.memory, "picture": bench.picture,
-               "run": bench.run, "start": bench.start,
+    figures = {"frame": bench.frame, "memory": bench.memory, "tiff": bench.tiff,
+               "picture": bench.picture, "run": bench.run, "start": bench.start,
                "screens": lambda: window.screens(bench),
                "response": lambda: window.response(bench),
                "spinner": lambda: window.spinner(bench)}

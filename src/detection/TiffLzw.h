@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "detection/FrameFile.h"
+#include "detection/TiffDeflate.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace quillmark {
+
+/// Unpacks strips or tiles in LZW (TIFF 6.0, section 13), in one go or while they are read. Only
+/// what is flawless: libtiff knows how to get along with the rest.
+class TiffLzw
+{
+public:
+    /// The first `size` bytes of a strip or tile, which may be changed and stay valid until the
+    /// next call; none where it is damaged or shorter. The whole of it is held. Throws
+    /// std::bad_alloc.
+    std::span<std::uint8_t> unpack(const FrameFile &file, const TiffSpan &packed, std::size_t size);
+
+    /// Begins to read a strip of any size. The file outlives the reading. Throws std::bad_alloc.
+    void begin(const FrameFile &file, const TiffSpan &packed);
+
+    /// The next `size` bytes; none where these cannot be had in full, and then nothing more
+    /// comes. They stay valid until the next call.
+    std::span<const std::uint8_t> next(std::size_t size);
+
+private:
+    static constexpr std::size_t codes = 5119;
+
+    /// What a code stands for: some bytes of the window.
+    struct String {
+        std::uint32_t start;
+        std::uint32_t length;
+    };
+
+    /// The next bits, from the highest on. There may be some behind the counted ones, which
+    /// are those that really come next.
+    struct Bits {
+        std::uint64_t all = 0;
+        unsigned count = 0;
+    };
+
+    enum class Stop { enough, cleared, failed };
+
+    void clearWindow();
+    void enlargeWindow(std::size_t size);
+    void setInput(const FrameFile &file, const TiffSpan &packed, std::size_t atOnce);
+    Bits refilled(Bits bits);
+    Stop run(std::size_t end, std::size_t clearAt);
+
+    const FrameFile *m_file = nullptr;
+    std::uint64_t m_offset = 0; ///< of what is still to be read, up to m_fileEnd
+    std::uint64_t m_fileEnd = 0;
+    std::vector<std::uint8_t> m_input;
+    std::size_t m_inputAt = 0;
+    std::size_t m_inputEnd = 0;
+    Bits m_bits;
+
+    std::array<String, codes + 1> m_strings{};
+    std::size_t m_free = 0; ///< the code that comes next; 0 before the first clearing
+    String m_last{};        ///< that before; without length right behind a clearing
+
+    std::vector<std::uint8_t> m_window; ///< all single bytes, and what was unpacked
+    std::size_t m_read = 0;
+    std::size_t m_written = 0;
+};
+
+} // namespace quillmark
