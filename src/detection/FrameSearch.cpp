@@ -3,10 +3,12 @@
 
 #include "detection/FrameSearch.h"
 
+#include "detection/AlignedTriangle.h"
 #include "detection/CodeRegion.h"
 #include "detection/CodeTexture.h"
 #include "detection/FinderCompletion.h"
 #include "detection/FinderScan.h"
+#include "detection/FinderShapes.h"
 #include "detection/FrameCopy.h"
 #include "detection/GridReader.h"
 #include "detection/Reduce.h"
@@ -36,6 +38,11 @@ constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
 constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
 constexpr int wholeSharpening = 8;        // quarters
+
+// Of an area that is busy like a code.
+constexpr double areaShare = 1.7;     // with its margins, of the code's side
+constexpr double densestSide = 130;   // modules along a code
+constexpr double sparsestSide = 40;
 
 struct Look {
     int scale;
@@ -105,6 +112,11 @@ void FrameSearch::run()
             lookAtRegions(scale);
         }
     }
+    for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
+        if (!isOver()) {
+            lookForShapes(scale);
+        }
+    }
     if (!isOver()) {
         completePairs();
     }
@@ -140,6 +152,33 @@ void FrameSearch::lookAtRegions(int scale)
         for (const int sharpening : regionSharpenings) {
             if (!isOver()) {
                 lookAt(part, corner, scale, sharpening, 2);
+            }
+        }
+    }
+}
+
+/// Looks there for finder patterns as a whole, where the runs along rows show none.
+void FrameSearch::lookForShapes(int scale)
+{
+    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
+        return;
+    }
+    const LumaView picture = copy(scale);
+    for (const PixelArea &area : findCodeRegions(picture)) {
+        const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
+                                static_cast<double>(std::max(area.top, 0))};
+        const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
+        // The code takes up most of the area, turned some way.
+        const double side = std::max(area.width, area.height) / areaShare;
+        const double least = std::max(side / std::sqrt(2.0) / densestSide, 1.5);
+        const double most = std::min(side / sparsestSide, scale == 8 || scale == 9 ? 9.0 : 4.8);
+        std::vector<FittedFinder> finders = findFinderShapes(part, least, most);
+        for (FittedFinder &finder : finders) {
+            finder.toFrame(corner, scale);
+        }
+        for (const FinderTriangle &triangle : alignedTriangles(finders, mostTriangles)) {
+            if (!isOver()) {
+                tryShaped(triangle);
             }
         }
     }
@@ -187,6 +226,20 @@ void FrameSearch::tryTriangle(const FinderTriangle &triangle)
     };
     if (m_tried.size() >= mostTried || std::ranges::any_of(m_tried, isTried) ||
         m_symbols.hasTextAt(triangle.middle()) || !hasCodeTexture(m_frame, triangle)) {
+        return;
+    }
+    m_tried.push_back(triangle);
+    if (std::optional<QrSymbol> symbol = readGrid(m_frame, triangle)) {
+        m_symbols.add(std::move(*symbol));
+    }
+}
+
+void FrameSearch::tryShaped(const FinderTriangle &triangle)
+{
+    const auto isTried = [&triangle](const FinderTriangle &other) {
+        return areOne(triangle, other);
+    };
+    if (std::ranges::any_of(m_tried, isTried) || m_symbols.hasTextAt(triangle.middle())) {
         return;
     }
     m_tried.push_back(triangle);

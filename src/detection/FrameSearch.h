@@ -42,6 +42,8 @@ private:
     void lookAt(const LumaView &part, PixelPoint corner, int scale, int sharpening, int rowStep);
     void tryTriangles(std::span<const FinderMark> marks);
     void tryTriangle(const FinderTriangle &triangle);
+    void lookForShapes(int scale);
+    void tryShaped(const FinderTriangle &triangle);
     void completePairs();
     void lookAtWhole(int scale);
     void lookAtEnlarged();
