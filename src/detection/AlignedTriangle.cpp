@@ -3,8 +3,12 @@
 
 #include "detection/AlignedTriangle.h"
 
+#include "detection/TimingCurve.h"
+
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <optional>
 
 namespace quillmark {
@@ -14,16 +18,23 @@ constexpr double mostLeaning = 0.3; // tangent of the angle to a pattern's side
 constexpr double leastModules = 14 * 0.8;
 constexpr double mostModules = 170 * 1.2;
 constexpr double largestRatio = 1.45; // of two lengths in modules that should be one
-constexpr double misfitOfScore = 2;   // for each of a score that is missing
+constexpr double largestCosine = 0.6;   // of the angle between the sides: 53 to 127 degrees
+// Of the timing patterns, at most 1 each. By chance it is about 0.1.
+constexpr double leastTiming = 0.15;
+constexpr double leastTimingOfTwo = 0.5;
+constexpr double misfitOfVersions = 0.3; // where the two sides tell different ones
+constexpr double versionSlack = 5;       // modules
+constexpr double versionSlackShare = 0.08;
 
 double ratio(double a, double b)
 {
     return a > b ? a / b : b / a;
 }
 
-/// Where a place lies as a pattern's own sides tell it.
+/// A place as a pattern's own sides tell it.
 struct Sight {
-    bool alongRight = false; ///< rather than down
+    PixelPoint along;  ///< one module, towards the place
+    PixelPoint across; ///< one module to its left or right
     double modules = 0;
     double leaning = 0; ///< tangent of the angle to the side
 };
@@ -33,42 +44,139 @@ std::optional<Sight> sightOf(const LocalFrame &from, PixelPoint place)
     const double x = place.x - from.middle.x;
     const double y = place.y - from.middle.y;
     const double area = from.right.x * from.down.y - from.right.y * from.down.x;
-    const double u = std::abs(x * from.down.y - y * from.down.x) / std::abs(area);
-    const double v = std::abs(y * from.right.x - x * from.right.y) / std::abs(area);
+    const double u = (x * from.down.y - y * from.down.x) / area;
+    const double v = (y * from.right.x - x * from.right.y) / area;
+    const bool alongRight = std::abs(u) > std::abs(v);
+    const double modules = alongRight ? u : v;
+    const double sign = modules > 0 ? 1 : -1;
+    const PixelPoint axis = alongRight ? from.right : from.down;
     Sight sight;
-    sight.alongRight = u > v;
-    sight.modules = std::max(u, v);
-    sight.leaning = std::min(u, v) / std::max(sight.modules, 1e-9);
+    sight.along = {sign * axis.x, sign * axis.y};
+    sight.across = alongRight ? from.down : from.right;
+    sight.modules = std::abs(modules);
+    sight.leaning = std::abs(alongRight ? v : u) / std::max(sight.modules, 1e-9);
     const bool isSide = sight.leaning < mostLeaning && sight.modules > leastModules &&
                         sight.modules < mostModules;
     return isSide ? std::optional(sight) : std::nullopt;
 }
 
+PixelPoint turnedTowards(PixelPoint step, PixelPoint wanted)
+{
+    return step.x * wanted.x + step.y * wanted.y < 0 ? PixelPoint{-step.x, -step.y} : step;
+}
+
 /// A pattern that another one sees along one of its sides.
 struct Neighbour {
     std::size_t finder = 0;
-    Sight sight;
+    PixelPoint along;   ///< at the one that sees it
     double modules = 0; ///< as both see it
     double misfit = 0;
+    /// The timing patterns to either side of the line between the two, that towards the
+    /// seeing one's step across first, and their lengths.
+    std::array<double, 2> timing{};
+    std::array<int, 2> timedModules{};
+    PixelPoint across;
 };
 
-std::vector<Neighbour> neighboursOf(std::span<const FittedFinder> finders, std::size_t corner)
+class NeighbourSearch
 {
-    std::vector<Neighbour> neighbours;
-    for (std::size_t i = 0; i < finders.size(); ++i) {
-        if (i == corner || finders[i].mark.isDark != finders[corner].mark.isDark) {
-            continue;
+public:
+    NeighbourSearch(const LumaView &picture, std::span<const FittedFinder> finders)
+        : m_picture(picture), m_finders(finders)
+    {}
+
+    std::vector<Neighbour> of(std::size_t corner) const
+    {
+        std::vector<Neighbour> neighbours;
+        for (std::size_t i = 0; i < m_finders.size(); ++i) {
+            if (i != corner && m_finders[i].mark.isDark == m_finders[corner].mark.isDark &&
+                ratio(m_finders[i].mark.module, m_finders[corner].mark.module) < largestRatio) {
+                if (const auto neighbour = neighbourOf(corner, i)) {
+                    neighbours.push_back(*neighbour);
+                }
+            }
         }
-        const auto there = sightOf(finders[corner].frame, finders[i].frame.middle);
-        const auto back = there ? sightOf(finders[i].frame, finders[corner].frame.middle)
-                                : std::nullopt;
-        if (back && ratio(there->modules, back->modules) < largestRatio) {
-            neighbours.push_back({i, *there, std::sqrt(there->modules * back->modules),
-                                  there->leaning + back->leaning +
-                                      ratio(there->modules, back->modules) - 1});
+        return neighbours;
+    }
+
+private:
+    std::optional<Neighbour> neighbourOf(std::size_t corner, std::size_t other) const
+    {
+        const LocalFrame &here = m_finders[corner].frame;
+        const LocalFrame &there = m_finders[other].frame;
+        const auto to = sightOf(here, there.middle);
+        const auto back = to ? sightOf(there, here.middle) : std::nullopt;
+        if (!back || ratio(to->modules, back->modules) > largestRatio) {
+            return std::nullopt;
+        }
+        Neighbour neighbour;
+        neighbour.finder = other;
+        neighbour.along = to->along;
+        neighbour.across = to->across;
+        neighbour.modules = std::sqrt(to->modules * back->modules);
+        neighbour.misfit = to->leaning + back->leaning + ratio(to->modules, back->modules) - 1;
+        for (std::size_t side = 0; side < 2; ++side) {
+            findTiming(*to, *back, corner, other, side, neighbour);
+        }
+        return std::max(neighbour.timing[0], neighbour.timing[1]) > leastTiming
+                   ? std::optional(neighbour)
+                   : std::nullopt;
+    }
+
+    /// The version near the estimate whose timing pattern is seen best.
+    void findTiming(const Sight &to, const Sight &back, std::size_t corner, std::size_t other,
+                    std::size_t side, Neighbour &neighbour) const
+    {
+        const double sign = side == 0 ? 1 : -1;
+        const SideEnd from{m_finders[corner].frame.middle,
+                           to.along,
+                           {sign * to.across.x, sign * to.across.y}};
+        const SideEnd end{m_finders[other].frame.middle,
+                          {-back.along.x, -back.along.y},
+                          turnedTowards(back.across, from.inward)};
+        const double polarity = m_finders[corner].mark.isDark ? 1 : -1;
+        const double slack = versionSlack + versionSlackShare * neighbour.modules;
+        const int least = std::max(static_cast<int>(std::ceil((neighbour.modules - slack - 10) / 4)), 1);
+        const int most = std::min(static_cast<int>(std::floor((neighbour.modules + slack - 10) / 4)), 40);
+        for (int version = least; version <= most; ++version) {
+            const int modules = 10 + 4 * version;
+            const double timing = polarity * timingAlong(m_picture, from, end, modules);
+            if (timing > neighbour.timing[side]) {
+                neighbour.timing[side] = timing;
+                neighbour.timedModules[side] = modules;
+            }
         }
     }
-    return neighbours;
+
+    const LumaView &m_picture;
+    std::span<const FittedFinder> m_finders;
+};
+
+/// The side of a neighbour on which another one is.
+std::size_t sideTowards(const Neighbour &neighbour, const Neighbour &other)
+{
+    return neighbour.across.x * other.along.x + neighbour.across.y * other.along.y > 0 ? 0 : 1;
+}
+
+/// How badly two neighbours of a corner make a code; nothing where they do not.
+std::optional<double> misfitOf(const Neighbour &first, const Neighbour &second)
+{
+    const double product = first.along.x * second.along.x + first.along.y * second.along.y;
+    const double cosine = std::abs(product) / (std::hypot(first.along.x, first.along.y) *
+                                               std::hypot(second.along.x, second.along.y));
+    const double sides = ratio(first.modules, second.modules);
+    if (cosine > largestCosine || sides > largestRatio) {
+        return std::nullopt;
+    }
+    const std::size_t one = sideTowards(first, second);
+    const std::size_t other = sideTowards(second, first);
+    const double timing = first.timing[one] + second.timing[other];
+    if (timing < leastTimingOfTwo) {
+        return std::nullopt;
+    }
+    const double versions =
+        first.timedModules[one] == second.timedModules[other] ? 0 : misfitOfVersions;
+    return versions + (first.misfit + second.misfit + sides - 1) / 2 - timing;
 }
 
 bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
@@ -81,26 +189,24 @@ bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 
 } // namespace
 
-std::vector<FinderTriangle> alignedTriangles(std::span<const FittedFinder> finders,
+std::vector<FinderTriangle> alignedTriangles(const LumaView &picture,
+                                             std::span<const FittedFinder> finders,
                                              std::size_t most)
 {
+    const NeighbourSearch search(picture, finders);
     std::vector<FinderTriangle> candidates;
     for (std::size_t corner = 0; corner < finders.size(); ++corner) {
-        const std::vector<Neighbour> ends = neighboursOf(finders, corner);
+        const std::vector<Neighbour> ends = search.of(corner);
         for (std::size_t i = 0; i < ends.size(); ++i) {
             for (std::size_t k = i + 1; k < ends.size(); ++k) {
-                const double sides = ratio(ends[i].modules, ends[k].modules);
-                if (ends[i].sight.alongRight == ends[k].sight.alongRight || sides > largestRatio) {
-                    continue;
+                if (const auto misfit = misfitOf(ends[i], ends[k])) {
+                    const FinderMark &first = finders[ends[i].finder].mark;
+                    const FinderMark &second = finders[ends[k].finder].mark;
+                    const FinderMark &mark = finders[corner].mark;
+                    candidates.push_back({mark, first, second,
+                                          (mark.module + first.module + second.module) / 3,
+                                          *misfit});
                 }
-                const FittedFinder &first = finders[ends[i].finder];
-                const FittedFinder &second = finders[ends[k].finder];
-                const double scores = finders[corner].frame.score + first.frame.score +
-                                      second.frame.score;
-                candidates.push_back(
-                    {finders[corner].mark, first.mark, second.mark,
-                     (finders[corner].mark.module + first.mark.module + second.mark.module) / 3,
-                     ends[i].misfit + ends[k].misfit + sides - 1 + misfitOfScore * (3 - scores)});
             }
         }
     }

@@ -3,10 +3,11 @@
 
 #include "detection/CodeTexture.h"
 
+#include "detection/MeanLevel.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 namespace quillmark {
@@ -17,38 +18,11 @@ constexpr int samplesPerModule = 3;
 constexpr int mostSamples = 3 * 220;
 constexpr int meanReach = 5 * samplesPerModule;
 constexpr double hysteresis = 0.1; // of the patterns' contrast, to both sides
-constexpr double averagedShare = 0.3; // of a module, to each side
-constexpr double smallestAveraged = 4; // pixels to a module
 
 // Changes for each module of a line. In simulated codes of every kind, the readable ones had
 // 0.29 to 0.86.
 constexpr double leastChanges = 0.24;
 constexpr double mostChanges = 0.95;
-
-/// The mean of the light around a place, as far out as a quarter of a module: grain and the dots of
-/// a print alternate too.
-double levelAt(const LumaView &picture, double x, double y, double module)
-{
-    const int column = static_cast<int>(x);
-    const int row = static_cast<int>(y);
-    if (module < smallestAveraged) {
-        return picture.row(row)[column];
-    }
-    const int reach = std::max(static_cast<int>(averagedShare * module), 1);
-    const int step = (reach + 1) / 2;
-    int sum = 0;
-    int count = 0;
-    for (int v = std::max(row - reach, 0); v <= std::min(row + reach, picture.height - 1);
-         v += step) {
-        const std::uint8_t *pixels = picture.row(v);
-        for (int u = std::max(column - reach, 0); u <= std::min(column + reach, picture.width - 1);
-             u += step) {
-            sum += pixels[u];
-            ++count;
-        }
-    }
-    return static_cast<double>(sum) / count;
-}
 
 /// The changes between light and dark along a line, to a module of it.
 class ChangeCounter
@@ -69,7 +43,7 @@ public:
             const double x = from.x + share * way.x;
             const double y = from.y + share * way.y;
             if (x >= 0 && y >= 0 && x < m_picture.width && y < m_picture.height) {
-                m_levels.push_back(levelAt(m_picture, x, y, m_module));
+                m_levels.push_back(meanLevel(m_picture, x, y, m_module));
             }
         }
         return countChanges() / modules;

@@ -5,6 +5,7 @@
 
 #include "detection/PatternCorrelation.h"
 #include "detection/PatternFit.h"
+#include "detection/Reduce.h"
 #include "detection/RegionImage.h"
 
 #include <algorithm>
@@ -14,25 +15,41 @@
 namespace quillmark {
 namespace {
 
-constexpr std::size_t mostPlaces = 40; // of each polarity
+constexpr std::size_t mostPlaces = 40; // of each polarity and octave
+constexpr double smallestModule = 1.5; // pixels
+// The modules on the copy of an octave, in pixels. Octaves overlap: a code that leans must fit.
+constexpr double leastInOctave = 2.0;
+constexpr double mostInOctave = 4.8;
+constexpr double fittedReach = 9; // modules around a mark
 
-bool areOne(const LocalFrame &a, const LocalFrame &b)
+bool areOne(const FittedFinder &a, const FittedFinder &b)
 {
-    const double near = 2 * std::hypot(b.right.x, b.right.y);
-    return std::hypot(a.middle.x - b.middle.x, a.middle.y - b.middle.y) < near;
+    const double near = 2 * std::min(a.mark.module, b.mark.module);
+    return a.mark.isDark == b.mark.isDark &&
+           std::hypot(a.mark.x - b.mark.x, a.mark.y - b.mark.y) < near;
+}
+
+void addBetter(const FittedFinder &finder, std::vector<FittedFinder> &finders)
+{
+    const auto same = std::ranges::find_if(
+        finders, [&finder](const FittedFinder &known) { return areOne(finder, known); });
+    if (same == finders.end()) {
+        finders.push_back(finder);
+    } else if (finder.frame.score > same->frame.score) {
+        *same = finder;
+    }
 }
 
 FittedFinder finderOf(const RegionImage &picture, LocalFrame frame, bool isDark)
 {
-    const auto toPart = [&](PixelPoint &step) {
-        step.x *= picture.scale();
-        step.y *= picture.scale();
-    };
-    FittedFinder finder;
     const FinderLight light = finderLight(picture, frame);
+    const auto enlarge = [&picture](PixelPoint step) {
+        return PixelPoint{step.x * picture.scale(), step.y * picture.scale()};
+    };
     frame.middle = picture.toFrame(frame.middle);
-    toPart(frame.right);
-    toPart(frame.down);
+    frame.right = enlarge(frame.right);
+    frame.down = enlarge(frame.down);
+    FittedFinder finder;
     finder.frame = frame;
     finder.mark.x = frame.middle.x;
     finder.mark.y = frame.middle.y;
@@ -47,41 +64,80 @@ FittedFinder finderOf(const RegionImage &picture, LocalFrame frame, bool isDark)
     return finder;
 }
 
-} // namespace
-
-std::vector<FittedFinder> findFinderShapes(const LumaView &part, double leastModule,
-                                           double mostModule)
+/// A mark in the middle of a picture, to take all of it.
+FinderMark wholeOf(const LumaView &picture, bool isDark)
 {
-    const std::vector<PatternPlace> places =
-        findPatternPlaces(part, leastModule, mostModule, mostPlaces);
-    std::vector<FittedFinder> finders;
+    FinderMark mark;
+    mark.x = picture.width / 2.0;
+    mark.y = picture.height / 2.0;
+    mark.module = 1;
+    mark.isDark = isDark;
+    return mark;
+}
+
+/// From pixels of a reduced part to those of the frame.
+void place(FittedFinder &finder, PixelPoint corner, double scale)
+{
+    const auto enlarge = [scale](PixelPoint &step) { step = {step.x * scale, step.y * scale}; };
+    enlarge(finder.frame.middle);
+    enlarge(finder.frame.right);
+    enlarge(finder.frame.down);
+    finder.frame.middle.x += corner.x;
+    finder.frame.middle.y += corner.y;
+    finder.mark.x = finder.frame.middle.x;
+    finder.mark.y = finder.frame.middle.y;
+    finder.mark.module *= scale;
+}
+
+void addShapes(const LumaView &part, double leastModule, double mostModule, PixelPoint corner,
+               int scale, std::vector<FittedFinder> &finders)
+{
+    const auto places = findPatternPlaces(part, leastModule, mostModule, mostPlaces);
     for (const bool isDark : {true, false}) {
-        FinderMark whole;
-        whole.x = part.width / 2.0;
-        whole.y = part.height / 2.0;
-        whole.module = std::sqrt(leastModule * mostModule);
-        whole.isDark = isDark;
-        const RegionImage picture(part, whole, std::max(part.width, part.height));
-        std::vector<LocalFrame> found;
-        for (const PatternPlace &place : places) {
-            if ((place.correlation > 0) != isDark || picture.isEmpty()) {
-                continue;
-            }
-            const auto frame = fitTurnedFinder(picture, picture.fromFrame(place.middle),
-                                               place.module / picture.scale());
-            if (!frame) {
-                continue;
-            }
-            const auto same = std::ranges::find_if(
-                found, [&frame](const LocalFrame &known) { return areOne(*frame, known); });
-            if (same == found.end()) {
-                found.push_back(*frame);
-            } else if (frame->score > same->score) {
-                *same = *frame;
+        const RegionImage picture(part, wholeOf(part, isDark), std::max(part.width, part.height));
+        for (const PatternPlace &each : places) {
+            if ((each.correlation > 0) == isDark && !picture.isEmpty()) {
+                if (const auto frame = fitTurnedFinder(picture, each.middle, each.module)) {
+                    FittedFinder finder = finderOf(picture, *frame, isDark);
+                    place(finder, corner, scale);
+                    addBetter(finder, finders);
+                }
             }
         }
-        for (const LocalFrame &frame : found) {
-            finders.push_back(finderOf(picture, frame, isDark));
+    }
+}
+
+} // namespace
+
+std::vector<FittedFinder> findFinderShapes(const LumaView &frame, const PixelArea &area,
+                                           double leastModule, double mostModule)
+{
+    const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
+                            static_cast<double>(std::max(area.top, 0))};
+    const LumaView part = frame.cropped(area.left, area.top, area.width, area.height);
+    std::vector<FittedFinder> finders;
+    for (int scale = 1; leastInOctave * scale < mostModule; scale *= 2) {
+        const double least =
+            std::max(leastModule / scale, scale == 1 ? smallestModule : leastInOctave);
+        const double most = std::min(mostModule / scale, mostInOctave);
+        if (least < most && std::min(part.width, part.height) > scale) {
+            addShapes(scale == 1 ? part : LumaView(reduceByBox(part, scale)), least, most, corner,
+                      scale, finders);
+        }
+    }
+    return finders;
+}
+
+std::vector<FittedFinder> fitFinderMarks(const LumaView &frame, std::span<const FinderMark> marks)
+{
+    std::vector<FittedFinder> finders;
+    for (const FinderMark &mark : marks) {
+        const RegionImage picture(frame, mark, fittedReach * mark.module);
+        if (!picture.isEmpty()) {
+            if (const auto found = fitTurnedFinder(picture, picture.fromFrame({mark.x, mark.y}),
+                                                   mark.module / picture.scale())) {
+                addBetter(finderOf(picture, *found, mark.isDark), finders);
+            }
         }
     }
     return finders;

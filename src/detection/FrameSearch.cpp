@@ -36,13 +36,14 @@ constexpr int smallestScale = 9;
 constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
 constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
+constexpr std::size_t mostFitted = 800;   // marks
 constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
 constexpr int wholeSharpening = 8;        // quarters
 
 // Of an area that is busy like a code.
 constexpr double areaShare = 1.7;     // with its margins, of the code's side
-constexpr double densestSide = 130;   // modules along a code
-constexpr double sparsestSide = 40;
+constexpr double densestSide = 250;   // modules along a code, whichever way it is turned
+constexpr double sparsestSide = 35;
 
 struct Look {
     int scale;
@@ -118,6 +119,9 @@ void FrameSearch::run()
         }
     }
     if (!isOver()) {
+        fitMarks();
+    }
+    if (!isOver()) {
         completePairs();
     }
     for (const int scale : {9, 3, 1}) {
@@ -163,23 +167,32 @@ void FrameSearch::lookForShapes(int scale)
     if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
         return;
     }
-    const LumaView picture = copy(scale);
-    for (const PixelArea &area : findCodeRegions(picture)) {
-        const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
-                                static_cast<double>(std::max(area.top, 0))};
-        const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
-        // The code takes up most of the area, turned some way.
-        const double side = std::max(area.width, area.height) / areaShare;
-        const double least = std::max(side / std::sqrt(2.0) / densestSide, 1.5);
-        const double most = std::min(side / sparsestSide, scale == 8 || scale == 9 ? 9.0 : 4.8);
-        std::vector<FittedFinder> finders = findFinderShapes(part, least, most);
-        for (FittedFinder &finder : finders) {
-            finder.toFrame(corner, scale);
+    for (const PixelArea &area : findCodeRegions(copy(scale))) {
+        if (!isOver()) {
+            // The code takes up most of the area, turned some way.
+            const double side = scale * std::max(area.width, area.height) / areaShare;
+            const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
+                                  area.height * scale};
+            tryAligned(findFinderShapes(m_frame, whole, side / densestSide, side / sparsestSide));
         }
-        for (const FinderTriangle &triangle : alignedTriangles(finders, mostTriangles)) {
-            if (!isOver()) {
-                tryShaped(triangle);
-            }
+    }
+}
+
+/// Looks at all marks once more, with what their shape says of how they lie: among hundreds
+/// that look like finder patterns, few look along each other's sides.
+void FrameSearch::fitMarks()
+{
+    std::vector<FinderMark> marks = m_pool.marks();
+    std::ranges::stable_sort(marks, std::ranges::greater{}, &FinderMark::hits);
+    marks.resize(std::min(marks.size(), mostFitted));
+    tryAligned(fitFinderMarks(m_frame, marks));
+}
+
+void FrameSearch::tryAligned(std::span<const FittedFinder> finders)
+{
+    for (const FinderTriangle &triangle : alignedTriangles(m_frame, finders, mostTriangles)) {
+        if (!isOver()) {
+            read(triangle);
         }
     }
 }
@@ -221,20 +234,12 @@ void FrameSearch::tryTriangles(std::span<const FinderMark> marks)
 
 void FrameSearch::tryTriangle(const FinderTriangle &triangle)
 {
-    const auto isTried = [&triangle](const FinderTriangle &other) {
-        return areOne(triangle, other);
-    };
-    if (m_tried.size() >= mostTried || std::ranges::any_of(m_tried, isTried) ||
-        m_symbols.hasTextAt(triangle.middle()) || !hasCodeTexture(m_frame, triangle)) {
-        return;
-    }
-    m_tried.push_back(triangle);
-    if (std::optional<QrSymbol> symbol = readGrid(m_frame, triangle)) {
-        m_symbols.add(std::move(*symbol));
+    if (m_tried.size() < mostTried && hasCodeTexture(m_frame, triangle)) {
+        read(triangle);
     }
 }
 
-void FrameSearch::tryShaped(const FinderTriangle &triangle)
+void FrameSearch::read(const FinderTriangle &triangle)
 {
     const auto isTried = [&triangle](const FinderTriangle &other) {
         return areOne(triangle, other);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "detection/AlignedTriangle.h"
 #include "detection/FinderTriangle.h"
 #include "detection/LumaView.h"
 #include "detection/MarkPool.h"
@@ -42,8 +43,10 @@ private:
     void lookAt(const LumaView &part, PixelPoint corner, int scale, int sharpening, int rowStep);
     void tryTriangles(std::span<const FinderMark> marks);
     void tryTriangle(const FinderTriangle &triangle);
+    void read(const FinderTriangle &triangle);
     void lookForShapes(int scale);
-    void tryShaped(const FinderTriangle &triangle);
+    void fitMarks();
+    void tryAligned(std::span<const FittedFinder> finders);
     void completePairs();
     void lookAtWhole(int scale);
     void lookAtEnlarged();
