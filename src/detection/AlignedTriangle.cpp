@@ -14,14 +14,17 @@
 namespace quillmark {
 namespace {
 
-constexpr double mostLeaning = 0.3; // tangent of the angle to a pattern's side
+constexpr double mostLeaning = 0.4; // tangent of the angle to a pattern's side
 constexpr double leastModules = 14 * 0.8;
 constexpr double mostModules = 170 * 1.2;
-constexpr double largestRatio = 1.45; // of two lengths in modules that should be one
+constexpr double largestRatio = 1.7; // of two lengths in modules that should be one
+constexpr double largestModuleRatio = 2;  // of patterns at the near and the far end
 constexpr double largestCosine = 0.6;   // of the angle between the sides: 53 to 127 degrees
 // Of the timing patterns, at most 1 each. By chance it is about 0.1.
 constexpr double leastTiming = 0.15;
 constexpr double leastTimingOfTwo = 0.5;
+constexpr double leastTimingOfOne = 0.55; // where it is all there is
+constexpr double misfitOfSupposed = 1;
 constexpr double misfitOfVersions = 0.3; // where the two sides tell different ones
 constexpr double versionSlack = 5;       // modules
 constexpr double versionSlackShare = 0.08;
@@ -90,7 +93,8 @@ public:
         std::vector<Neighbour> neighbours;
         for (std::size_t i = 0; i < m_finders.size(); ++i) {
             if (i != corner && m_finders[i].mark.isDark == m_finders[corner].mark.isDark &&
-                ratio(m_finders[i].mark.module, m_finders[corner].mark.module) < largestRatio) {
+                ratio(m_finders[i].mark.module, m_finders[corner].mark.module) <
+                    largestModuleRatio) {
                 if (const auto neighbour = neighbourOf(corner, i)) {
                     neighbours.push_back(*neighbour);
                 }
@@ -179,6 +183,23 @@ std::optional<double> misfitOf(const Neighbour &first, const Neighbour &second)
     return versions + (first.misfit + second.misfit + sides - 1) / 2 - timing;
 }
 
+/// The triangle of two patterns with a clear timing pattern between them whose third is spoiled.
+std::optional<FinderTriangle> supposedTriangle(const FittedFinder &corner, const FinderMark &first,
+                                               const Neighbour &neighbour)
+{
+    const std::size_t side = neighbour.timing[0] > neighbour.timing[1] ? 0 : 1;
+    if (neighbour.timing[side] < leastTimingOfOne) {
+        return std::nullopt;
+    }
+    const double modules = (side == 0 ? 1 : -1) * neighbour.timedModules[side];
+    FinderMark second = corner.mark;
+    second.x += modules * neighbour.across.x;
+    second.y += modules * neighbour.across.y;
+    second.hits = 0;
+    return FinderTriangle{corner.mark, first, second, (corner.mark.module + first.module) / 2,
+                          misfitOfSupposed + neighbour.misfit - neighbour.timing[side]};
+}
+
 bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 {
     const double size = std::hypot(b.first.x - b.second.x, b.first.y - b.second.y);
@@ -198,6 +219,10 @@ std::vector<FinderTriangle> alignedTriangles(const LumaView &picture,
     for (std::size_t corner = 0; corner < finders.size(); ++corner) {
         const std::vector<Neighbour> ends = search.of(corner);
         for (std::size_t i = 0; i < ends.size(); ++i) {
+            if (const auto supposed = supposedTriangle(
+                    finders[corner], finders[ends[i].finder].mark, ends[i])) {
+                candidates.push_back(*supposed);
+            }
             for (std::size_t k = i + 1; k < ends.size(); ++k) {
                 if (const auto misfit = misfitOf(ends[i], ends[k])) {
                     const FinderMark &first = finders[ends[i].finder].mark;

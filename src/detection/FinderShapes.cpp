@@ -15,7 +15,7 @@
 namespace quillmark {
 namespace {
 
-constexpr std::size_t mostPlaces = 40; // of each polarity and octave
+constexpr std::size_t mostPlaces = 32; // of each polarity and octave
 constexpr double smallestModule = 1.5; // pixels
 // The modules on the copy of an octave, in pixels. Octaves overlap: a code that leans must fit.
 constexpr double leastInOctave = 2.0;

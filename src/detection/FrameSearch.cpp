@@ -36,6 +36,7 @@ constexpr int smallestScale = 9;
 constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
 constexpr std::size_t mostTriangles = 24; // of a look
 constexpr std::size_t mostPaired = 14;    // marks
+constexpr std::size_t mostForLibrary = 150; // marks
 constexpr std::size_t mostFitted = 800;   // marks
 constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
 constexpr int wholeSharpening = 8;        // quarters
@@ -44,6 +45,7 @@ constexpr int wholeSharpening = 8;        // quarters
 constexpr double areaShare = 1.7;     // with its margins, of the code's side
 constexpr double densestSide = 250;   // modules along a code, whichever way it is turned
 constexpr double sparsestSide = 35;
+constexpr double likeAreas = 0.6; // of what two areas cover, what both do
 
 struct Look {
     int scale;
@@ -55,7 +57,7 @@ struct Look {
 constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
 constexpr std::array<int, 4> regionScales{2, 4, 8, 1};
 /// In large frames, on the copies that are there already.
-constexpr std::array<int, 2> largeRegionScales{3, 9};
+constexpr std::array<int, 3> largeRegionScales{3, 9, 6};
 
 double apart(const FinderMark &a, const FinderMark &b)
 {
@@ -68,6 +70,18 @@ bool areOne(const FinderTriangle &a, const FinderTriangle &b)
     return a.corner.isDark == b.corner.isDark && apart(a.corner, b.corner) < near &&
            ((apart(a.first, b.first) < near && apart(a.second, b.second) < near) ||
             (apart(a.first, b.second) < near && apart(a.second, b.first) < near));
+}
+
+/// Whether two areas are about the same.
+bool areAlike(const PixelArea &a, const PixelArea &b)
+{
+    const auto shared = [](int first, int length, int otherFirst, int otherLength) {
+        return std::max(0, std::min(first + length, otherFirst + otherLength) -
+                               std::max(first, otherFirst));
+    };
+    const double both = 1.0 * shared(a.left, a.width, b.left, b.width) *
+                        shared(a.top, a.height, b.top, b.height);
+    return both > likeAreas * (1.0 * a.width * a.height + 1.0 * b.width * b.height - both);
 }
 
 } // namespace
@@ -168,11 +182,13 @@ void FrameSearch::lookForShapes(int scale)
         return;
     }
     for (const PixelArea &area : findCodeRegions(copy(scale))) {
-        if (!isOver()) {
+        const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
+                              area.height * scale};
+        const auto isLike = [&whole](const PixelArea &known) { return areAlike(whole, known); };
+        if (!isOver() && std::ranges::none_of(m_shapeAreas, isLike)) {
+            m_shapeAreas.push_back(whole);
             // The code takes up most of the area, turned some way.
-            const double side = scale * std::max(area.width, area.height) / areaShare;
-            const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
-                                  area.height * scale};
+            const double side = std::max(whole.width, whole.height) / areaShare;
             tryAligned(findFinderShapes(m_frame, whole, side / densestSide, side / sparsestSide));
         }
     }
@@ -276,7 +292,9 @@ void FrameSearch::completePairs()
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
+    // Among many look-alikes the library takes a time that grows with their number's third power.
+    if (!isScannedAt(scale) || pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy) ||
+        m_pool.marks().size() > mostForLibrary) {
         return;
     }
     LumaImage picture = reduceByBox(copy(scale), 1);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "detection/AlignedTriangle.h"
+#include "detection/CodeRegion.h"
 #include "detection/FinderTriangle.h"
 #include "detection/LumaView.h"
 #include "detection/MarkPool.h"
@@ -55,6 +56,7 @@ private:
     std::map<int, LumaImage> m_copies;
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
+    std::vector<PixelArea> m_shapeAreas; ///< where shapes were looked for
     SymbolList m_symbols;
 };
 

@@ -14,14 +14,16 @@
 namespace quillmark {
 namespace {
 
-constexpr double templateModule = 2;                // pixels
-constexpr int templateReach = 9;                    // pixels to each side: pattern, light and a bit
+constexpr double templateModule = 1.6;              // pixels
+constexpr int templateReach = 7;                    // pixels to each side: pattern, light and a bit
 constexpr double patternReach = 4.5;                // modules from its middle
 constexpr double patternBlur = 0.5;                 // modules
 constexpr double moduleStep = 1.2;                  // from one size to the next
-constexpr double leastCorrelation = 0.4;
+constexpr double leastCorrelation = 0.3;
+constexpr double busyShare = 0.85;                   // of places are less busy
+constexpr float fullShare = 0.7F;                    // of what is busy, and no less
 constexpr double leastSpread = 2;                   // grey levels
-constexpr int peakReach = 3;                        // pixels of the copy
+constexpr int peakReach = 2;                        // pixels of the copy
 constexpr std::size_t templateSide = templateReach + 1;
 
 /// One quarter of the template: it is the same in all.
@@ -138,12 +140,14 @@ class Correlator
 {
 public:
     explicit Correlator(const Plane &plane)
-        : m_plane(plane), m_result(plane.width, plane.height),
+        : m_plane(plane), m_result(plane.width, plane.height), m_spreads(plane.width, plane.height),
           m_folded(static_cast<std::size_t>(plane.width)),
           m_sums(static_cast<std::size_t>(plane.width)),
           m_squares(static_cast<std::size_t>(plane.width))
     {}
 
+    /// What is nearly flat may look like anything: there the correlation counts for less, by how
+    /// much less the light spreads there than in busy places.
     Plane run()
     {
         static const Template weights = makeTemplate();
@@ -151,6 +155,7 @@ public:
             addProducts(y, weights);
             divideBySpread(y);
         }
+        lessenFlat();
         return std::move(m_result);
     }
 
@@ -182,10 +187,10 @@ private:
     /// Over the square that holds the pattern.
     void divideBySpread(int y)
     {
-        constexpr int reach = 8;
+        constexpr int reach = 6;
         constexpr float count = (2 * reach + 1) * (2 * reach + 1);
         // The template covers a disc; its share of the square's pixels.
-        constexpr float discShare = 254.0F / count;
+        const float rootOfDiscShare = std::sqrt(163.0F / count);
         std::ranges::fill(m_sums, 0.0F);
         std::ranges::fill(m_squares, 0.0F);
         for (int v = -reach; v <= reach; ++v) {
@@ -205,19 +210,38 @@ private:
             squares += at(m_squares, x);
         }
         float *out = m_result.row(y);
+        float *spreads = m_spreads.row(y);
         for (int x = templateReach; x < m_plane.width - templateReach; ++x) {
             sum += at(m_sums, x + reach);
             squares += at(m_squares, x + reach);
             const double spread = squares - sum * sum / static_cast<double>(count);
             const bool isFlat = spread < static_cast<double>(count) * leastSpread * leastSpread;
-            out[x] = isFlat ? 0.0F : out[x] / std::sqrt(static_cast<float>(spread) * discShare);
+            const float deviation = isFlat ? 0.0F : std::sqrt(static_cast<float>(spread));
+            out[x] = isFlat ? 0.0F : out[x] / (deviation * rootOfDiscShare);
+            spreads[x] = deviation;
             sum -= at(m_sums, x - reach);
             squares -= at(m_squares, x - reach);
         }
     }
 
+    void lessenFlat()
+    {
+        std::vector<float> sorted;
+        for (std::size_t i = 0; i < m_spreads.values.size(); i += 7) {
+            sorted.push_back(m_spreads.values[i]);
+        }
+        const auto busy = sorted.begin() + static_cast<std::ptrdiff_t>(
+                                               busyShare * static_cast<double>(sorted.size() - 1));
+        std::ranges::nth_element(sorted, busy);
+        const float full = std::max(fullShare * *busy, 1.0F);
+        for (std::size_t i = 0; i < m_result.values.size(); ++i) {
+            m_result.values[i] *= std::min(m_spreads.values[i] / full, 1.0F);
+        }
+    }
+
     const Plane &m_plane;
     Plane m_result;
+    Plane m_spreads;
     std::vector<float> m_folded;
     std::vector<float> m_sums;
     std::vector<float> m_squares;

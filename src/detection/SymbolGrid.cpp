@@ -21,6 +21,7 @@ namespace {
 
 constexpr double finderMiddle = 3.5; // modules from the corner
 constexpr double leastTiming = 0.15;
+constexpr double supposedWeight = 0.05;
 
 double length(PixelPoint p)
 {
@@ -71,9 +72,16 @@ std::optional<LocalFrame> fitMark(const RegionImage &picture, const FinderMark &
 
 std::optional<Finders> fitFinders(const RegionImage &picture, const FinderTriangle &triangle)
 {
-    const auto topLeft = fitMark(picture, triangle.corner, triangle);
-    const auto topRight = topLeft ? fitMark(picture, triangle.first, triangle) : std::nullopt;
-    const auto bottomLeft = topRight ? fitMark(picture, triangle.second, triangle) : std::nullopt;
+    const auto fitted = [&](const FinderMark &mark) {
+        auto frame = fitMark(picture, mark, triangle);
+        if (!frame && mark.hits == 0) {
+            frame = startOf(picture, mark, triangle, 1);
+        }
+        return frame;
+    };
+    const auto topLeft = fitted(triangle.corner);
+    const auto topRight = topLeft ? fitted(triangle.first) : std::nullopt;
+    const auto bottomLeft = topRight ? fitted(triangle.second) : std::nullopt;
     if (!bottomLeft) {
         return std::nullopt;
     }
@@ -94,6 +102,10 @@ std::vector<GridKnot> finderKnots(const Finders &finders, int version)
     const double far = symbolSide(version) - finderMiddle;
     std::vector<GridKnot> knots;
     const auto add = [&](const LocalFrame &frame, double column, double row) {
+        if (frame.score == 0) { // only supposed
+            knots.push_back({{column, row}, frame.middle, supposedWeight});
+            return;
+        }
         knots.push_back({{column, row}, frame.middle, 1});
         // Farther out, what the fit says of its turn and stretch is less sure.
         for (const auto &[u, v] : {std::pair{-3.5, -3.5}, {3.5, -3.5}, {3.5, 3.5}, {-3.5, 3.5}}) {
