@@ -17,9 +17,9 @@ namespace {
 constexpr double mostLeaning = 0.4; // tangent of the angle to a pattern's side
 constexpr double leastModules = 14 * 0.8;
 constexpr double mostModules = 170 * 1.2;
-constexpr double largestRatio = 1.7; // of two lengths in modules that should be one
-constexpr double largestModuleRatio = 2;  // of patterns at the near and the far end
-constexpr double largestCosine = 0.6;   // of the angle between the sides: 53 to 127 degrees
+constexpr double largestRatio = 1.7;     // of two lengths in modules that should be one
+constexpr double largestModuleRatio = 2; // of patterns at the near and the far end
+constexpr double largestCosine = 0.6;    // of the angle between the sides: 53 to 127 degrees
 // Of the timing patterns, at most 1 each. By chance it is about 0.1.
 constexpr double leastTiming = 0.15;
 constexpr double leastTimingOfTwo = 0.5;
@@ -58,8 +58,8 @@ std::optional<Sight> sightOf(const LocalFrame &from, PixelPoint place)
     sight.across = alongRight ? from.down : from.right;
     sight.modules = std::abs(modules);
     sight.leaning = std::abs(alongRight ? v : u) / std::max(sight.modules, 1e-9);
-    const bool isSide = sight.leaning < mostLeaning && sight.modules > leastModules &&
-                        sight.modules < mostModules;
+    const bool isSide =
+        sight.leaning < mostLeaning && sight.modules > leastModules && sight.modules < mostModules;
     return isSide ? std::optional(sight) : std::nullopt;
 }
 
@@ -132,16 +132,17 @@ private:
                     std::size_t side, Neighbour &neighbour) const
     {
         const double sign = side == 0 ? 1 : -1;
-        const SideEnd from{m_finders[corner].frame.middle,
-                           to.along,
-                           {sign * to.across.x, sign * to.across.y}};
+        const SideEnd from{
+            m_finders[corner].frame.middle, to.along, {sign * to.across.x, sign * to.across.y}};
         const SideEnd end{m_finders[other].frame.middle,
                           {-back.along.x, -back.along.y},
                           turnedTowards(back.across, from.inward)};
         const double polarity = m_finders[corner].mark.isDark ? 1 : -1;
         const double slack = versionSlack + versionSlackShare * neighbour.modules;
-        const int least = std::max(static_cast<int>(std::ceil((neighbour.modules - slack - 10) / 4)), 1);
-        const int most = std::min(static_cast<int>(std::floor((neighbour.modules + slack - 10) / 4)), 40);
+        const int least =
+            std::max(static_cast<int>(std::ceil((neighbour.modules - slack - 10) / 4)), 1);
+        const int most =
+            std::min(static_cast<int>(std::floor((neighbour.modules + slack - 10) / 4)), 40);
         for (int version = least; version <= most; ++version) {
             const int modules = 10 + 4 * version;
             const double timing = polarity * timingAlong(m_picture, from, end, modules);
@@ -210,17 +211,16 @@ bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 
 } // namespace
 
-std::vector<FinderTriangle> alignedTriangles(const LumaView &picture,
-                                             std::span<const FittedFinder> finders,
-                                             std::size_t most)
+std::vector<FinderTriangle>
+alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders, std::size_t most)
 {
     const NeighbourSearch search(picture, finders);
     std::vector<FinderTriangle> candidates;
     for (std::size_t corner = 0; corner < finders.size(); ++corner) {
         const std::vector<Neighbour> ends = search.of(corner);
         for (std::size_t i = 0; i < ends.size(); ++i) {
-            if (const auto supposed = supposedTriangle(
-                    finders[corner], finders[ends[i].finder].mark, ends[i])) {
+            if (const auto supposed =
+                    supposedTriangle(finders[corner], finders[ends[i].finder].mark, ends[i])) {
                 candidates.push_back(*supposed);
             }
             for (std::size_t k = i + 1; k < ends.size(); ++k) {

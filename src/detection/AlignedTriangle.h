@@ -23,8 +23,7 @@ struct FittedFinder {
 /// them, and have timing patterns there; best first, `most` at most, of several in one place only
 /// the best. Where only two are there with a clear timing pattern between them, the third is
 /// supposed where it should be: its mark has no hits. Any thread.
-std::vector<FinderTriangle> alignedTriangles(const LumaView &picture,
-                                             std::span<const FittedFinder> finders,
-                                             std::size_t most);
+std::vector<FinderTriangle>
+alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders, std::size_t most);
 
 } // namespace quillmark

@@ -82,9 +82,8 @@ private:
 };
 
 /// Lines parallel to one side, spread over the other.
-void measureLines(ChangeCounter &counter, const FinderTriangle &triangle,
-                  const FinderMark &sideEnd, const FinderMark &otherEnd,
-                  std::vector<double> &densities)
+void measureLines(ChangeCounter &counter, const FinderTriangle &triangle, const FinderMark &sideEnd,
+                  const FinderMark &otherEnd, std::vector<double> &densities)
 {
     const FinderMark &corner = triangle.corner;
     for (int i = 1; i <= linesEachWay; ++i) {

@@ -129,7 +129,9 @@ class SymbolDecoder
 public:
     SymbolDecoder(const SymbolPattern &pattern, const ModuleLevels &levels,
                   const FormatGuess &guess)
-        : m_pattern(pattern), m_levels(levels, guess.mirrored), m_guess(guess),
+        : m_pattern(pattern),
+          m_levels(levels, guess.mirrored),
+          m_guess(guess),
           m_places(dataPlaces(pattern))
     {
         readCodewords();
@@ -139,8 +141,8 @@ public:
     {
         CorrectedSymbol symbol = uncorrected();
         std::size_t whole = 0;
-        const auto blocks = codewordBlocks(m_pattern.version(), m_guess.format.correction,
-                                           m_codewords.size());
+        const auto blocks =
+            codewordBlocks(m_pattern.version(), m_guess.format.correction, m_codewords.size());
         for (const CodewordBlock &block : blocks) {
             if (const auto corrected = correctBlock(block)) {
                 place(block, *corrected, symbol);
@@ -231,8 +233,8 @@ private:
                 const SymbolPattern::Module module = m_pattern.at(column, row);
                 const std::size_t i = m_levels.indexOf(place);
                 symbol.sure[i] = SymbolPattern::isKnown(module);
-                symbol.bits.dark[i] = symbol.sure[i] ? module == SymbolPattern::Module::dark
-                                                     : m_levels.at(place) > 0;
+                symbol.bits.dark[i] =
+                    symbol.sure[i] ? module == SymbolPattern::Module::dark : m_levels.at(place) > 0;
             }
         }
         const auto bits = m_guess.format.bits();

@@ -53,9 +53,8 @@ FittedFinder finderOf(const RegionImage &picture, LocalFrame frame, bool isDark)
     finder.frame = frame;
     finder.mark.x = frame.middle.x;
     finder.mark.y = frame.middle.y;
-    finder.mark.module = (std::hypot(frame.right.x, frame.right.y) +
-                          std::hypot(frame.down.x, frame.down.y)) /
-                         2;
+    finder.mark.module =
+        (std::hypot(frame.right.x, frame.right.y) + std::hypot(frame.down.x, frame.down.y)) / 2;
     finder.mark.isDark = isDark;
     finder.mark.contrast = light.contrast;
     finder.mark.threshold = isDark ? light.middle : 255 - light.middle;

@@ -33,17 +33,17 @@ constexpr std::size_t mostSearched = 16'000'000;
 constexpr std::size_t tinyPicture = 250'000;
 constexpr int leastScannedSide = 60;
 constexpr int smallestScale = 9;
-constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
-constexpr std::size_t mostTriangles = 24; // of a look
-constexpr std::size_t mostPaired = 14;    // marks
+constexpr std::size_t mostPooled = 250;     // marks; among more, those of a look stay by themselves
+constexpr std::size_t mostTriangles = 24;   // of a look
+constexpr std::size_t mostPaired = 14;      // marks
 constexpr std::size_t mostForLibrary = 150; // marks
-constexpr std::size_t mostFitted = 800;   // marks
-constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
-constexpr int wholeSharpening = 8;        // quarters
+constexpr std::size_t mostFitted = 800;     // marks
+constexpr std::size_t mostTried = 100;      // triangles, of which frames without a code have few
+constexpr int wholeSharpening = 8;          // quarters
 
 // Of an area that is busy like a code.
-constexpr double areaShare = 1.7;     // with its margins, of the code's side
-constexpr double densestSide = 250;   // modules along a code, whichever way it is turned
+constexpr double areaShare = 1.7;   // with its margins, of the code's side
+constexpr double densestSide = 250; // modules along a code, whichever way it is turned
 constexpr double sparsestSide = 35;
 constexpr double likeAreas = 0.6; // of what two areas cover, what both do
 
@@ -79,8 +79,8 @@ bool areAlike(const PixelArea &a, const PixelArea &b)
         return std::max(0, std::min(first + length, otherFirst + otherLength) -
                                std::max(first, otherFirst));
     };
-    const double both = 1.0 * shared(a.left, a.width, b.left, b.width) *
-                        shared(a.top, a.height, b.top, b.height);
+    const double both =
+        1.0 * shared(a.left, a.width, b.left, b.width) * shared(a.top, a.height, b.top, b.height);
     return both > likeAreas * (1.0 * a.width * a.height + 1.0 * b.width * b.height - both);
 }
 

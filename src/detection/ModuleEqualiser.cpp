@@ -164,7 +164,7 @@ ModuleLevels ModuleEqualiser::plain(int reach) const
 }
 
 ModuleLevels ModuleEqualiser::equalise(const ModuleLevels &held,
-                                        const std::vector<bool> &sure) const
+                                       const std::vector<bool> &sure) const
 {
     const auto value = [this](int column, int row) -> double {
         return sample(2 * column + 1, 2 * row + 1);

@@ -14,16 +14,16 @@
 namespace quillmark {
 namespace {
 
-constexpr double templateModule = 1.6;              // pixels
-constexpr int templateReach = 7;                    // pixels to each side: pattern, light and a bit
-constexpr double patternReach = 4.5;                // modules from its middle
-constexpr double patternBlur = 0.5;                 // modules
-constexpr double moduleStep = 1.2;                  // from one size to the next
+constexpr double templateModule = 1.6; // pixels
+constexpr int templateReach = 7;       // pixels to each side: pattern, light and a bit
+constexpr double patternReach = 4.5;   // modules from its middle
+constexpr double patternBlur = 0.5;    // modules
+constexpr double moduleStep = 1.2;     // from one size to the next
 constexpr double leastCorrelation = 0.3;
-constexpr double busyShare = 0.85;                   // of places are less busy
-constexpr float fullShare = 0.7F;                    // of what is busy, and no less
-constexpr double leastSpread = 2;                   // grey levels
-constexpr int peakReach = 2;                        // pixels of the copy
+constexpr double busyShare = 0.85; // of places are less busy
+constexpr float fullShare = 0.7F;  // of what is busy, and no less
+constexpr double leastSpread = 2;  // grey levels
+constexpr int peakReach = 2;       // pixels of the copy
 constexpr std::size_t templateSide = templateReach + 1;
 
 /// One quarter of the template: it is the same in all.
@@ -100,7 +100,8 @@ struct Plane {
     std::vector<float> values;
 
     Plane(int columns, int rows)
-        : width(columns), height(rows),
+        : width(columns),
+          height(rows),
           values(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows))
     {}
 
@@ -125,10 +126,10 @@ Plane resampled(const LumaView &picture, double factor)
             const double atX = std::clamp((x + 0.5) * step - 0.5, 0.0, reduced.width - 1.001);
             const int left = static_cast<int>(atX);
             const auto right = static_cast<float>(atX - left);
-            const float upper =
-                static_cast<float>(above[left]) + right * static_cast<float>(above[left + 1] - above[left]);
-            const float lower =
-                static_cast<float>(below[left]) + right * static_cast<float>(below[left + 1] - below[left]);
+            const float upper = static_cast<float>(above[left]) +
+                                right * static_cast<float>(above[left + 1] - above[left]);
+            const float lower = static_cast<float>(below[left]) +
+                                right * static_cast<float>(below[left + 1] - below[left]);
             plane.row(y)[x] = upper + down * (lower - upper);
         }
     }
@@ -140,7 +141,9 @@ class Correlator
 {
 public:
     explicit Correlator(const Plane &plane)
-        : m_plane(plane), m_result(plane.width, plane.height), m_spreads(plane.width, plane.height),
+        : m_plane(plane),
+          m_result(plane.width, plane.height),
+          m_spreads(plane.width, plane.height),
           m_folded(static_cast<std::size_t>(plane.width)),
           m_sums(static_cast<std::size_t>(plane.width)),
           m_squares(static_cast<std::size_t>(plane.width))
@@ -269,9 +272,8 @@ void addPeaks(const Plane &plane, double module, std::vector<PatternPlace> &plac
         const float *row = plane.row(y);
         for (int x = templateReach; x < plane.width - templateReach; ++x) {
             if (std::abs(row[x]) > static_cast<float>(leastCorrelation) && isPeak(plane, x, y)) {
-                places.push_back({{(x + 0.5) * scale, (y + 0.5) * scale},
-                                  module,
-                                  static_cast<double>(row[x])});
+                places.push_back(
+                    {{(x + 0.5) * scale, (y + 0.5) * scale}, module, static_cast<double>(row[x])});
             }
         }
     }

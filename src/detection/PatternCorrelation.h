@@ -19,10 +19,10 @@ struct PatternPlace {
 };
 
 /// The places that look most like finder patterns with modules from `leastModule` to `mostModule`
-/// pixels, the likeliest first, `most` of each polarity at most. Compares the whole neighbourhood of
-/// each pixel with a finder pattern that is averaged over all the ways it can be turned, and
-/// so sees patterns whose single rows blur, grain or a print's dots have spoiled. Takes some
-/// 100 operations for each pixel of a copy with modules of two pixels. Middles in pixels of the
+/// pixels, the likeliest first, `most` of each polarity at most. Compares the whole neighbourhood
+/// of each pixel with a finder pattern that is averaged over all the ways it can be turned, and so
+/// sees patterns whose single rows blur, grain or a print's dots have spoiled. Takes some 100
+/// operations for each pixel of a copy with modules of two pixels. Middles in pixels of the
 /// picture. Throws std::bad_alloc. Any thread.
 std::vector<PatternPlace> findPatternPlaces(const LumaView &picture, double leastModule,
                                             double mostModule, std::size_t most);

@@ -22,7 +22,7 @@ constexpr std::array<std::array<std::uint8_t, versions>, 4> correctionsPerBlock{
 
 /// Blocks, likewise.
 constexpr std::array<std::array<std::uint8_t, versions>, 4> blockCounts{
-    {{1, 1, 1, 1, 1,  2,  2,  2,  2,  4,  4,  4,  4,  4,  6,  6,  6,  6,  7,  8,
+    {{1, 1, 1, 1,  1,  2,  2,  2,  2,  4,  4,  4,  4,  4,  6,  6,  6,  6,  7,  8,
       8, 9, 9, 10, 12, 12, 12, 13, 14, 15, 16, 17, 18, 19, 19, 20, 21, 22, 24, 25},
      {1,  1,  1,  2,  2,  4,  4,  4,  5,  5,  5,  8,  9,  9,  10, 10, 11, 13, 14, 16,
       17, 17, 18, 20, 21, 23, 25, 26, 28, 29, 31, 33, 35, 37, 38, 40, 43, 45, 47, 49},
@@ -37,8 +37,8 @@ std::array<bool, 15> SymbolFormat::bits() const
 {
     // Table 12, in the order of ErrorCorrection.
     constexpr std::array<std::uint32_t, 4> indicators{1, 0, 3, 2};
-    const std::uint32_t data = indicators[static_cast<std::size_t>(correction)] << 3U |
-                               static_cast<std::uint32_t>(mask);
+    const std::uint32_t data =
+        indicators[static_cast<std::size_t>(correction)] << 3U | static_cast<std::uint32_t>(mask);
     std::uint32_t rest = data;
     for (int i = 0; i < 10; ++i) {
         rest = rest << 1U ^ (rest >> 9U) * 0x537U; // the generator polynomial of annex C

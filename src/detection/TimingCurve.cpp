@@ -12,7 +12,7 @@
 namespace quillmark {
 namespace {
 
-constexpr double lineOffset = 3;   // modules from a finder pattern's middle to the timing pattern
+constexpr double lineOffset = 3;  // modules from a finder pattern's middle to the timing pattern
 constexpr double firstModule = 4; // along it, from the finder's middle to the separator's
 constexpr int mostModules = 177;
 
@@ -42,10 +42,10 @@ double timingAlong(const LumaView &picture, const SideEnd &from, const SideEnd &
         const double atEnd = t * t * (1 + 2 * s);
         const double ofStart = s * s * t * modules;
         const double ofEnd = -t * t * s * modules;
-        const double x = atStart * start.x + atEnd * end.x + ofStart * from.along.x +
-                         ofEnd * to.along.x;
-        const double y = atStart * start.y + atEnd * end.y + ofStart * from.along.y +
-                         ofEnd * to.along.y;
+        const double x =
+            atStart * start.x + atEnd * end.x + ofStart * from.along.x + ofEnd * to.along.x;
+        const double y =
+            atStart * start.y + atEnd * end.y + ofStart * from.along.y + ofEnd * to.along.y;
         if (!(x >= 0 && y >= 0 && x < picture.width && y < picture.height)) {
             return 0;
         }
