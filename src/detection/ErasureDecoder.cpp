@@ -271,6 +271,17 @@ private:
 
 } // namespace
 
+double formatAgreement(const ModuleLevels &levels)
+{
+    double all = 0;
+    for (const auto &copy : formatPlaces(levels.side)) {
+        for (const ModulePlace &place : copy) {
+            all += std::min(std::abs(static_cast<double>(levels.at(place.column, place.row))), 1.0);
+        }
+    }
+    return all > 0 ? static_cast<double>(likeliestFormat(levels).agreement) / all : 0;
+}
+
 std::optional<CorrectedSymbol> correctSymbol(const SymbolPattern &pattern,
                                              const ModuleLevels &levels)
 {

@@ -18,6 +18,10 @@ struct CorrectedSymbol {
     bool isWhole = false;   ///< all of them
 };
 
+/// How well a symbol's levels agree with any format that it may tell: 1 is perfectly; by chance it
+/// is about 0.4. Any thread.
+double formatAgreement(const ModuleLevels &levels);
+
 /// Corrects a symbol that has more wrong modules than plain error correction bears: codewords of
 /// which the levels say that they may well be wrong count as erased, of which twice as many
 /// can be made good; first none, then more and more of them (generalised minimum distance

@@ -12,6 +12,7 @@
 #include "detection/FrameCopy.h"
 #include "detection/GridReader.h"
 #include "detection/Reduce.h"
+#include "detection/SecondOpinion.h"
 #include "detection/Sharpen.h"
 
 #include <algorithm>
@@ -137,6 +138,11 @@ void FrameSearch::run()
     }
     if (!isOver()) {
         completePairs();
+    }
+    for (const QrSymbol &seen : m_symbols.unread()) {
+        if (!isOver()) {
+            askAgain(seen.corners);
+        }
     }
     for (const int scale : {9, 3, 1}) {
         if (!isOver()) {
@@ -285,6 +291,17 @@ void FrameSearch::completePairs()
                 tryTriangle(triangle);
             }
         }
+    }
+}
+
+/// Has another library look at a code that was seen and not understood.
+void FrameSearch::askAgain(const SymbolCorners &corners)
+{
+    // As many modules as an estimate of their size takes: that of a code of moderate version.
+    constexpr double modules = 80;
+    const double side = std::hypot(corners[1].x - corners[0].x, corners[1].y - corners[0].y);
+    if (auto text = askForSecondOpinion(m_frame, corners, side / modules)) {
+        m_symbols.add({std::move(text), corners});
     }
 }
 

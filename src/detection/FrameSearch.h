@@ -49,6 +49,7 @@ private:
     void fitMarks();
     void tryAligned(std::span<const FittedFinder> finders);
     void completePairs();
+    void askAgain(const SymbolCorners &corners);
     void lookAtWhole(int scale);
     void lookAtEnlarged();
 
