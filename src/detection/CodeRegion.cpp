@@ -24,6 +24,7 @@ constexpr double mostFill = 1.14;
 constexpr double mostStretch = 2.6;
 constexpr double margin = 0.35; // of a region's side, to each side
 constexpr std::size_t mostRegions = 3;
+constexpr double likeAreas = 0.6; // of what two areas cover, what both do
 
 /// How busy the cells of a picture are: the mean step from a pixel to the next but one, which
 /// grain adds to less than to the step to the next.
@@ -196,6 +197,17 @@ bool contains(const PixelArea &area, const PixelArea &other)
 }
 
 } // namespace
+
+bool areAlike(const PixelArea &a, const PixelArea &b)
+{
+    const auto shared = [](int first, int length, int otherFirst, int otherLength) {
+        return std::max(0, std::min(first + length, otherFirst + otherLength) -
+                               std::max(first, otherFirst));
+    };
+    const double both =
+        1.0 * shared(a.left, a.width, b.left, b.width) * shared(a.top, a.height, b.top, b.height);
+    return both > likeAreas * (1.0 * a.width * a.height + 1.0 * b.width * b.height - both);
+}
 
 std::vector<PixelArea> findCodeRegions(const LumaView &picture)
 {

@@ -17,6 +17,12 @@ struct PixelArea {
     int height = 0;
 };
 
+/// The side of such an area, with its margins, over that of the code in it; roughly.
+inline constexpr double areaShare = 1.7;
+
+/// Whether two areas are about the same.
+bool areAlike(const PixelArea &a, const PixelArea &b);
+
 /// Where on a picture a code may stand that cannot be told by its finder patterns yet: places
 /// busier than what is around them, in all directions alike, that fill a quadrilateral as codes
 /// do and foliage does not. The likeliest first, a few at most, each with some margin. Looks

@@ -19,7 +19,7 @@ struct FinderMark {
     bool isDark = true;   ///< dark on light
     double threshold = 0; ///< grey level between the pattern's light and dark
     double contrast = 0;  ///< grey levels from its light to its dark
-    int hits = 0;         ///< scanned rows that crossed it
+    int hits = 0;         ///< scanned rows that crossed it; none where it is only supposed
     int diagonals = 0;    ///< along how many of the two the pattern repeats; at least 1
 };
 

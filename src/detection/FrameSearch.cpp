@@ -3,13 +3,17 @@
 
 #include "detection/FrameSearch.h"
 
+#include "detection/AlignedTriangle.h"
+#include "detection/CodeLikeness.h"
 #include "detection/CodeRegion.h"
 #include "detection/CodeTexture.h"
 #include "detection/FinderCompletion.h"
 #include "detection/FinderScan.h"
+#include "detection/FinderShapes.h"
 #include "detection/FrameCopy.h"
 #include "detection/GridReader.h"
 #include "detection/Reduce.h"
+#include "detection/SecondOpinion.h"
 #include "detection/Sharpen.h"
 
 #include <algorithm>
@@ -28,21 +32,27 @@ namespace {
 constexpr std::size_t smallPicture = 3'000'000; // pixels
 constexpr std::size_t smallCopy = 1'500'000;    // of a frame that is larger itself
 constexpr std::size_t tinyPicture = 250'000;
-constexpr std::size_t mostPooled = 250;   // marks; among more, those of a look stay by themselves
-constexpr std::size_t mostTriangles = 24; // of a look
-constexpr std::size_t mostPaired = 14;    // marks
-constexpr std::size_t mostTried = 100;    // triangles, of which frames without a code have few
+constexpr std::size_t mostPooled = 250;     // marks; among more, those of a look stay by themselves
+constexpr std::size_t mostTriangles = 24;   // of a look
+constexpr std::size_t mostPaired = 14;      // marks
+constexpr std::size_t mostFitted = 800;     // marks
+constexpr std::size_t mostForLibrary = 150; // marks
+constexpr std::size_t mostTried = 100;      // triangles, of which frames without a code have few
 // What may be spent on comparing marks with each other, one with one being the unit: a fifth of a
 // second. Completing a pair takes as long as many.
 constexpr std::size_t mostSpent = 300'000;
 constexpr std::size_t pairCost = 1'500;
 constexpr int wholeSharpening = 8; // quarters
 
+// Of an area that is busy like a code.
+constexpr double densestSide = 250; // modules along a code, whichever way it is turned
+constexpr double sparsestSide = 35;
+
 /// The looks at a place that is busy like a code.
 constexpr std::array<int, 3> regionSharpenings{0, 8, 14};
 constexpr std::array<int, 4> regionScales{2, 4, 8, 1};
 /// In large frames, on the copies that are there already.
-constexpr std::array<int, 2> largeRegionScales{3, 9};
+constexpr std::array<int, 3> largeRegionScales{3, 9, 6};
 
 double apart(const FinderMark &a, const FinderMark &b)
 {
@@ -109,8 +119,21 @@ void FrameSearch::run()
             lookAtRegions(scale);
         }
     }
+    for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
+        if (!isOver()) {
+            lookForShapes(scale);
+        }
+    }
+    if (!isOver()) {
+        fitMarks();
+    }
     if (mayTryMore()) {
         completePairs();
+    }
+    for (const QrSymbol &seen : m_symbols.unread()) {
+        if (!isOver()) {
+            askAgain(seen.corners);
+        }
     }
     for (const int scale : {9, 3, 1}) {
         if (!isOver()) {
@@ -147,6 +170,45 @@ void FrameSearch::lookAtRegion(const LumaView &part, PixelPoint corner, int scal
     takeIn(scanForFinders(sharpening == 0 ? part : sharpened, 2), part, corner, scale);
 }
 
+/// Looks there for finder patterns as a whole, where the runs along rows show none.
+void FrameSearch::lookForShapes(int scale)
+{
+    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
+        return;
+    }
+    const LumaView picture = copy(scale);
+    for (const PixelArea &area : findCodeRegions(picture)) {
+        const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
+                              area.height * scale};
+        const auto isLike = [&whole](const PixelArea &known) { return areAlike(whole, known); };
+        if (!isOver() && std::ranges::none_of(m_shapeAreas, isLike) && evensOut(picture, area)) {
+            m_shapeAreas.push_back(whole);
+            // The code takes up most of the area, turned some way.
+            const double side = std::max(whole.width, whole.height) / areaShare;
+            tryAligned(findFinderShapes(m_frame, whole, side / densestSide, side / sparsestSide));
+        }
+    }
+}
+
+/// Looks at all marks once more, with what their shape says of how they lie: among hundreds
+/// that look like finder patterns, few look along each other's sides.
+void FrameSearch::fitMarks()
+{
+    std::vector<FinderMark> marks = m_pool.marks();
+    std::ranges::stable_sort(marks, std::ranges::greater{}, &FinderMark::hits);
+    marks.resize(std::min(marks.size(), mostFitted));
+    tryAligned(fitFinderMarks(m_frame, marks));
+}
+
+void FrameSearch::tryAligned(std::span<const FittedFinder> finders)
+{
+    for (const FinderTriangle &triangle : alignedTriangles(m_frame, finders, mostTriangles)) {
+        if (!isOver()) {
+            read(triangle);
+        }
+    }
+}
+
 /// Takes in what was seen on a part of the frame's copy that begins at a place of it.
 void FrameSearch::takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner,
                          int scale)
@@ -177,11 +239,17 @@ void FrameSearch::tryTriangles(std::span<const FinderMark> marks)
 
 void FrameSearch::tryTriangle(const FinderTriangle &triangle)
 {
+    if (m_tried.size() < mostTried && hasCodeTexture(m_frame, triangle)) {
+        read(triangle);
+    }
+}
+
+void FrameSearch::read(const FinderTriangle &triangle)
+{
     const auto isTried = [&triangle](const FinderTriangle &other) {
         return areOne(triangle, other);
     };
-    if (m_tried.size() >= mostTried || std::ranges::any_of(m_tried, isTried) ||
-        m_symbols.hasTextAt(triangle.middle()) || !hasCodeTexture(m_frame, triangle)) {
+    if (std::ranges::any_of(m_tried, isTried) || m_symbols.hasTextAt(triangle.middle())) {
         return;
     }
     m_tried.push_back(triangle);
@@ -210,6 +278,17 @@ void FrameSearch::completePairs()
     }
 }
 
+/// Has another library look at a code that was seen and not understood.
+void FrameSearch::askAgain(const SymbolCorners &corners)
+{
+    // As many modules as an estimate of their size takes: that of a code of moderate version.
+    constexpr double modules = 80;
+    const double side = std::hypot(corners[1].x - corners[0].x, corners[1].y - corners[0].y);
+    if (auto text = askForSecondOpinion(m_frame, corners, side / modules)) {
+        m_symbols.add({std::move(text), corners});
+    }
+}
+
 /// The library's own search over the whole frame: it finds codes whose finder patterns
 /// are damaged.
 void FrameSearch::lookAtWhole(int scale)
@@ -218,7 +297,7 @@ void FrameSearch::lookAtWhole(int scale)
     // frame it sees nothing where not one pattern was seen twice.
     const std::vector<FinderMark> &marks = m_pool.marks();
     const bool isHopeless = pixelsAt(1) > mostSearched && std::ranges::none_of(marks, isSeenTwice);
-    if (isHopeless || marks.size() > mostPooled || !isScannedAt(scale) ||
+    if (isHopeless || marks.size() > mostForLibrary || !isScannedAt(scale) ||
         pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "detection/AlignedTriangle.h"
+#include "detection/CodeRegion.h"
 #include "detection/FinderTriangle.h"
 #include "detection/FrameLooks.h"
 #include "detection/LumaView.h"
@@ -50,7 +52,12 @@ private:
     void takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner, int scale);
     void tryTriangles(std::span<const FinderMark> marks);
     void tryTriangle(const FinderTriangle &triangle);
+    void read(const FinderTriangle &triangle);
+    void lookForShapes(int scale);
+    void fitMarks();
+    void tryAligned(std::span<const FittedFinder> finders);
     void completePairs();
+    void askAgain(const SymbolCorners &corners);
     void lookAtWhole(int scale);
     void lookAtEnlarged();
 
@@ -59,7 +66,8 @@ private:
     std::map<int, LumaImage> m_copies; ///< beyond those of m_looks
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
-    std::size_t m_spent = 0; ///< on comparing marks
+    std::vector<PixelArea> m_shapeAreas; ///< where shapes were looked for
+    std::size_t m_spent = 0;             ///< on comparing marks
     SymbolList &m_symbols;
 };
 

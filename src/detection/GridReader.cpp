@@ -3,6 +3,7 @@
 
 #include "detection/GridReader.h"
 
+#include "detection/ErasureDecoder.h"
 #include "detection/GridRefinement.h"
 #include "detection/ModuleEqualiser.h"
 #include "detection/QrDecode.h"
@@ -10,8 +11,10 @@
 #include "detection/SymbolGrid.h"
 #include "detection/SymbolPattern.h"
 
+#include <cstddef>
 #include <exception>
 #include <utility>
+#include <vector>
 
 namespace quillmark {
 namespace {
@@ -21,6 +24,11 @@ constexpr int refinements = 3;
 // Before anything is equalised. In simulated frames it was 0.32 to 0.57 where no code stood, and
 // up to 0.12 in codes that were read in the end.
 constexpr double mostKnownWrong = 0.3;
+// Of the format's agreement, equalised. Of grids in simulated frames where no code stood a quarter
+// had more than 0.62, and of those that were read none less than 0.76.
+constexpr double leastFormat = 0.4;
+// A code that is not read counts as seen where there is no doubt that it is one.
+constexpr double clearFormat = 0.9;
 
 bool isInFinder(int side, int column, int row)
 {
@@ -48,19 +56,14 @@ double knownWrong(const SymbolPattern &pattern, const ModuleLevels &levels)
     return static_cast<double>(wrong) / known;
 }
 
-ModuleBits bitsOf(const SymbolPattern &pattern, const ModuleLevels &levels)
+/// What came out whole stands firm when the rest is looked at again.
+void hold(const CorrectedSymbol &symbol, ModuleLevels &levels)
 {
-    ModuleBits bits{pattern.side(), {}};
-    bits.dark.reserve(levels.levels.size());
-    for (int row = 0; row < pattern.side(); ++row) {
-        for (int column = 0; column < pattern.side(); ++column) {
-            const SymbolPattern::Module module = pattern.at(column, row);
-            bits.dark.push_back(SymbolPattern::isKnown(module)
-                                    ? module == SymbolPattern::Module::dark
-                                    : levels.at(column, row) > 0);
+    for (std::size_t i = 0; i < levels.levels.size(); ++i) {
+        if (symbol.sure[i]) {
+            levels.levels[i] = symbol.bits.dark[i] ? 1.0F : -1.0F;
         }
     }
-    return bits;
 }
 
 SymbolCorners cornersOf(const RegionImage &picture, const SymbolGrid &grid)
@@ -78,15 +81,30 @@ std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid,
     if (knownWrong(pattern, levels) > mostKnownWrong) {
         return std::nullopt;
     }
-    isCode = true;
-    if (auto text = decodeModules(bitsOf(pattern, levels))) {
+    isCode = formatAgreement(levels) > clearFormat;
+    std::vector<bool> sure(levels.levels.size());
+    const auto decode = [&]() -> std::optional<QString> {
+        const std::optional<CorrectedSymbol> symbol = correctSymbol(pattern, levels);
+        if (!symbol) {
+            sure.assign(sure.size(), false);
+            return std::nullopt;
+        }
+        hold(*symbol, levels);
+        sure = symbol->sure;
+        return symbol->isWhole ? decodeModules(symbol->bits) : std::nullopt;
+    };
+    if (auto text = decode()) {
         return text;
     }
     for (int refinement = 0; refinement <= refinements; ++refinement) {
         const ModuleEqualiser equaliser(picture, grid, pattern);
         for (int round = 0; round < equaliserRounds; ++round) {
-            levels = equaliser.equalise(levels);
-            if (auto text = decodeModules(bitsOf(pattern, levels))) {
+            levels = equaliser.equalise(levels, sure);
+            const double agreement = formatAgreement(levels);
+            if (agreement < leastFormat) {
+                return std::nullopt;
+            }
+            if (auto text = decode()) {
                 return text;
             }
         }

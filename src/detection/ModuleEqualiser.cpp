@@ -163,7 +163,8 @@ ModuleLevels ModuleEqualiser::plain(int reach) const
     return result;
 }
 
-ModuleLevels ModuleEqualiser::equalise(const ModuleLevels &held) const
+ModuleLevels ModuleEqualiser::equalise(const ModuleLevels &held,
+                                       const std::vector<bool> &sure) const
 {
     const auto value = [this](int column, int row) -> double {
         return sample(2 * column + 1, 2 * row + 1);
@@ -190,7 +191,8 @@ ModuleLevels ModuleEqualiser::equalise(const ModuleLevels &held) const
             const bool dark =
                 known ? module == SymbolPattern::Module::dark : held.at(column, row) > 0;
             target[i] = dark ? 1.0F : -1.0F;
-            weight[i] = known ? knownWeight : 1.0F;
+            const bool firm = known || (!sure.empty() && sure[static_cast<std::size_t>(i)]);
+            weight[i] = firm ? knownWeight : 1.0F;
         }
     }
     const Eigen::VectorXf output = input * bestWeights(input, target, weight);

@@ -39,8 +39,9 @@ public:
     /// Each module against the mean of its neighbourhood, of so many modules to each side.
     ModuleLevels plain(int reach) const;
 
-    /// One round of equalisation that starts from what is held to be dark and light.
-    ModuleLevels equalise(const ModuleLevels &held) const;
+    /// One round of equalisation that starts from what is held to be dark and light, and is sure
+    /// in some modules (none may be given).
+    ModuleLevels equalise(const ModuleLevels &held, const std::vector<bool> &sure = {}) const;
 
 private:
     float sample(int halfColumn, int halfRow) const;

@@ -305,6 +305,34 @@ std::optional<LocalFrame> fitFinder(const RegionImage &picture, const LocalFrame
                                                                    : std::nullopt;
 }
 
+std::optional<LocalFrame> fitTurnedFinder(const RegionImage &picture, PixelPoint middle,
+                                          double module)
+{
+    static const BlurredPattern rough(4.1, 0.5, 0.7, finderIsLight);
+    constexpr int turns = 6; // of a right angle: the pattern looks the same after one
+    std::vector<double> levels;
+    LocalFrame best;
+    best.score = -1;
+    for (int i = 0; i < turns; ++i) {
+        const double angle = i * std::acos(0.0) / turns;
+        const PixelPoint right{module * std::cos(angle), module * std::sin(angle)};
+        LocalFrame frame{middle, right, {-right.y, right.x}, 0};
+        frame.score = lightUnder(picture, rough, frame, levels).correlation;
+        if (frame.score > best.score) {
+            best = frame;
+        }
+    }
+    return fitFinder(picture, best);
+}
+
+FinderLight finderLight(const RegionImage &picture, const LocalFrame &frame)
+{
+    static const BlurredPattern soft(4.25, 0.5, 0.45, finderIsLight);
+    std::vector<double> levels;
+    const Light light = lightUnder(picture, soft, frame, levels);
+    return {light.offset, 2 * light.gain};
+}
+
 std::optional<LocalFrame> findFinder(const RegionImage &picture, const LocalFrame &start,
                                      double reach)
 {

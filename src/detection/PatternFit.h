@@ -31,6 +31,18 @@ struct LocalFrame {
 /// blurred as a lens does. Any thread.
 std::optional<LocalFrame> fitFinder(const RegionImage &picture, const LocalFrame &start);
 
+/// The same where nothing is known of how the pattern is turned; its middle and module are to
+/// about a fifth.
+std::optional<LocalFrame> fitTurnedFinder(const RegionImage &picture, PixelPoint middle,
+                                          double module);
+
+/// The light of a finder pattern, in grey levels of the picture.
+struct FinderLight {
+    double middle = 0;   ///< between its light and dark
+    double contrast = 0; ///< from its dark to its light
+};
+FinderLight finderLight(const RegionImage &picture, const LocalFrame &frame);
+
 /// Looks for a finder pattern up to `reach` modules around the middle of a frame whose steps are
 /// about known. Nothing where none stands out.
 std::optional<LocalFrame> findFinder(const RegionImage &picture, const LocalFrame &start,

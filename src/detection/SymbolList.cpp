@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace quillmark {
@@ -81,6 +82,14 @@ bool SymbolList::hasTextAt(PixelPoint place) const
     return std::ranges::any_of(m_symbols, [place](const QrSymbol &symbol) {
         return symbol.text && contains(symbol.corners, place);
     });
+}
+
+std::vector<QrSymbol> SymbolList::unread() const
+{
+    std::vector<QrSymbol> unread;
+    std::ranges::copy_if(m_symbols, std::back_inserter(unread),
+                         [](const QrSymbol &symbol) { return !symbol.text; });
+    return unread;
 }
 
 std::vector<std::optional<QString>> SymbolList::texts() const

@@ -24,6 +24,9 @@ public:
     /// Whether a text was read from a code that covers a place.
     bool hasTextAt(PixelPoint place) const;
 
+    /// Those without a text.
+    std::vector<QrSymbol> unread() const;
+
     std::vector<std::optional<QString>> texts() const;
 
 private:

@@ -14,7 +14,7 @@ import subprocess
 import threading
 
 PROCESSES = 2
-ORACLE = "oracle"
+ORACLES = ["oracle", "equalized oracle"]
 OURS = "quillmark"
 
 
@@ -65,8 +65,7 @@ class Recall:
 def one_line(picture):
     readers = [name for name, outcome in picture["readers"].items()
                if outcome and outcome["read"]]
-    if picture.get(ORACLE):
-        readers.append(ORACLE)
+    readers += [oracle for oracle in ORACLES if picture.get(oracle)]
     size = f"{picture['width']} x {picture['height']}"
     return (f"{picture['index']:5}  {picture['class']:<18} {size:<13} {picture['about']:<44} "
             f"{' '.join(readers) or '-'}")
@@ -100,28 +99,27 @@ def outcomes(pictures, reader):
 
 def print_recall(title, pictures):
     readers = readers_of(pictures)
-    with_oracle = ORACLE in pictures[0]
+    oracles = [oracle for oracle in ORACLES if oracle in pictures[0]]
     print(f"\n{title}: pictures read")
-    rows = [["class", "pictures", *readers, *([ORACLE] if with_oracle else [])]]
+    rows = [["class", "pictures", *readers, *oracles]]
     for name, group in [*by_class(pictures).items(), ("all", pictures)]:
         row = [name, str(len(group))]
         for reader in readers:
             got = outcomes(group, reader)
             row.append("not installed" if got is None else str(sum(one["read"] for one in got)))
-        if with_oracle:
-            row.append(str(sum(picture[ORACLE] for picture in group)))
+        row += [str(sum(picture[oracle] for picture in group)) for oracle in oracles]
         rows.append(row)
     row = ["wrong texts", ""]
     for reader in readers:
         got = outcomes(pictures, reader)
         row.append("-" if got is None else str(sum(one["false"] for one in got)))
-    rows.append(row + (["-"] if with_oracle else []))
+    rows.append(row + ["-"] * len(oracles))
     for what, key in (("mean ms", "ms"), ("mean processor ms", "cpu_ms")):
         row = [what, ""]
         for reader in readers:
             got = outcomes(pictures, reader)
             row.append("-" if got is None else f"{statistics.mean(one[key] for one in got):.1f}")
-        rows.append(row + (["-"] if with_oracle else []))
+        rows.append(row + ["-"] * len(oracles))
     print_rows(rows)
 
 
@@ -135,12 +133,13 @@ def print_missed(pictures):
     print(f"\nmissed by {OURS} and read by another reader: {len(others)}")
     for picture in others:
         print(one_line(picture))
-    if missed and ORACLE in missed[0]:
-        left = [str(picture["index"]) for picture in missed
-                if picture[ORACLE] and picture not in others]
-        print(f"missed by {OURS} and read by the oracle alone: {len(left)}")
-        if left:
-            print("  " + " ".join(left))
+    for oracle in ORACLES:
+        if missed and oracle in missed[0]:
+            left = [str(picture["index"]) for picture in missed
+                    if picture[oracle] and picture not in others]
+            print(f"missed by {OURS} and read by the {oracle} alone: {len(left)}")
+            if left:
+                print("  " + " ".join(left))
 
 
 def print_false(title, pictures):

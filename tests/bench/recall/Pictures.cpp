@@ -30,8 +30,8 @@ Picture slate(std::uint64_t seed, int index)
                     about(card.code.size, card.pose.modulePixels)};
     picture.oracle = [trial](const LumaImage &luma) {
         const test::SimulatedCard &slate = trial.frame.cards.front();
-        return test::oracleReads(luma, slate.code, test::geometryOf(trial.frame, slate),
-                                 trial.frame.film.negative, trial.payload);
+        return test::askOracle(luma, slate.code, test::geometryOf(trial.frame, slate),
+                               trial.frame.film.negative, trial.payload);
     };
     return picture;
 }

@@ -5,6 +5,8 @@
 
 #include "detection/FrameDecoder.h"
 
+#include "support/simulator/Oracle.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -22,7 +24,7 @@ struct Picture {
     QString about = {}; ///< what a developer wants to know of it, in a few words
     /// Whether the code can be read by somebody who knows where it is; not callable where
     /// nobody does.
-    std::function<bool(const LumaImage &)> oracle = {};
+    std::function<test::OracleAnswer(const LumaImage &)> oracle = {};
 };
 
 /// The picture of a seed and an index: the same each time.

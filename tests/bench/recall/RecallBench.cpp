@@ -55,7 +55,9 @@ void printPicture(const std::vector<Reader> &readers, const Picture &picture, in
                      {QStringLiteral("about"), picture.about},
                      {QStringLiteral("readers"), outcomes}};
     if (picture.oracle) {
-        line[QStringLiteral("oracle")] = picture.oracle(picture.luma);
+        const test::OracleAnswer answer = picture.oracle(picture.luma);
+        line[QStringLiteral("oracle")] = answer.reads;
+        line[QStringLiteral("equalized oracle")] = answer.readsEqualized;
     }
     std::puts(QJsonDocument(line).toJson(QJsonDocument::Compact).constData());
     std::fflush(stdout);

@@ -3,15 +3,12 @@
 
 #include "bench/recall/Readers.h"
 
-#ifdef QUILLMARK_HAVE_ZBAR
 #include <zbar.h>
 
 #include <memory>
-#endif
 
 namespace quillmark::bench {
 
-#ifdef QUILLMARK_HAVE_ZBAR
 namespace {
 
 using Scanner = std::unique_ptr<zbar::zbar_image_scanner_t, void (*)(zbar::zbar_image_scanner_t *)>;
@@ -45,17 +42,11 @@ std::vector<QByteArray> readWith(bool withInversion, const LumaImage &picture)
 }
 
 } // namespace
-#endif
 
 Reader zbarReader(bool withInversion)
 {
-    Reader reader{withInversion ? "zbar+inverted" : "zbar", {}};
-#ifdef QUILLMARK_HAVE_ZBAR
-    reader.read = [withInversion](const LumaImage &picture) {
-        return readWith(withInversion, picture);
-    };
-#endif
-    return reader;
+    return {withInversion ? "zbar+inverted" : "zbar",
+            [withInversion](const LumaImage &picture) { return readWith(withInversion, picture); }};
 }
 
 } // namespace quillmark::bench

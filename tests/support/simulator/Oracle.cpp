@@ -98,17 +98,21 @@ private:
 
 } // namespace
 
-bool oracleReads(const LumaImage &picture, const QrMatrix &code, const CardGeometry &geometry,
-                 bool lightOnDark, const QByteArray &content)
+OracleAnswer askOracle(const LumaImage &picture, const QrMatrix &code, const CardGeometry &geometry,
+                       bool lightOnDark, const QByteArray &content)
 {
     Attempts attempts(code, content);
-    return std::ranges::any_of(sampleWidths, [&](double width) {
-        ModuleGrid sampled = sampleModules(picture, geometry, code.size, width);
+    std::vector<ModuleGrid> grids;
+    for (const double width : sampleWidths) {
+        grids.push_back(sampleModules(picture, geometry, code.size, width));
         if (lightOnDark) {
-            sampled.invert();
+            grids.back().invert();
         }
-        return attempts.readCut(sampled) || attempts.readEqualized(sampled);
-    });
+    }
+    const auto readCut = [&](const ModuleGrid &grid) { return attempts.readCut(grid); };
+    const auto readEqualized = [&](const ModuleGrid &grid) { return attempts.readEqualized(grid); };
+    const bool reads = std::ranges::any_of(grids, readCut);
+    return {reads, reads || std::ranges::any_of(grids, readEqualized)};
 }
 
 } // namespace quillmark::test

@@ -1,0 +1,316 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "detection/PatternCorrelation.h"
+
+#include "detection/Reduce.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+namespace quillmark {
+namespace {
+
+constexpr double templateModule = 1.6; // pixels
+constexpr int templateReach = 7;       // pixels to each side: pattern, light and a bit
+constexpr double patternReach = 4.5;   // modules from its middle
+constexpr double patternBlur = 0.5;    // modules
+constexpr double moduleStep = 1.2;     // from one size to the next
+constexpr double leastCorrelation = 0.3;
+constexpr double busyShare = 0.85; // of places are less busy
+constexpr float fullShare = 0.7F;  // of what is busy, and no less
+constexpr double leastSpread = 2;  // grey levels
+constexpr int peakReach = 2;       // pixels of the copy
+constexpr std::size_t templateSide = templateReach + 1;
+
+/// One quarter of the template: it is the same in all.
+using Template = std::array<std::array<float, templateSide>, templateSide>;
+
+/// How dark a finder pattern is at a distance from its middle, in modules, in the mean over all
+/// directions: 1 is dark, 0 light.
+double darknessAt(double distance)
+{
+    constexpr int directions = 32;
+    const double quarter = std::acos(0.0);
+    double sum = 0;
+    for (int i = 0; i < directions; ++i) {
+        const double angle = (i + 0.5) / directions * quarter;
+        const double out = distance * std::max(std::cos(angle), std::sin(angle));
+        sum += out < 1.5 || (out >= 2.5 && out < 3.5) ? 1 : 0;
+    }
+    return sum / directions;
+}
+
+double blurredDarknessAt(double distance)
+{
+    constexpr int steps = 6;
+    double sum = 0;
+    double weights = 0;
+    for (int i = -steps; i <= steps; ++i) {
+        const double off = 2.0 * i / steps; // in deviations
+        const double weight = std::exp(-off * off / 2);
+        sum += weight * darknessAt(std::abs(distance + off * patternBlur));
+        weights += weight;
+    }
+    return sum / weights;
+}
+
+/// Sums to nothing over all four quarters, and its squares to one.
+Template makeTemplate()
+{
+    Template quarter{};
+    const auto isInside = [](std::size_t x, std::size_t y) {
+        return std::hypot(x, y) <= patternReach * templateModule;
+    };
+    const auto times = [](std::size_t x, std::size_t y) {
+        return (x == 0 ? 1 : 2) * (y == 0 ? 1 : 2);
+    };
+    double sum = 0;
+    double count = 0;
+    const auto each = [&](const auto &visit) {
+        for (std::size_t y = 0; y < templateSide; ++y) {
+            for (std::size_t x = 0; x < templateSide; ++x) {
+                if (isInside(x, y)) {
+                    visit(quarter[y][x], times(x, y), std::hypot(x, y) / templateModule);
+                }
+            }
+        }
+    };
+    each([&](float &value, int how, double distance) {
+        value = -static_cast<float>(blurredDarknessAt(distance));
+        sum += static_cast<double>(value) * how;
+        count += how;
+    });
+    double squares = 0;
+    each([&](float &value, int how, double) {
+        value -= static_cast<float>(sum / count);
+        squares += static_cast<double>(value) * value * how;
+    });
+    each([&](float &value, int, double) { value /= static_cast<float>(std::sqrt(squares)); });
+    return quarter;
+}
+
+/// A picture in numbers.
+struct Plane {
+    int width = 0;
+    int height = 0;
+    std::vector<float> values;
+
+    Plane(int columns, int rows)
+        : width(columns),
+          height(rows),
+          values(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows))
+    {}
+
+    float *row(int y) { return values.data() + static_cast<std::ptrdiff_t>(y) * width; }
+    const float *row(int y) const { return values.data() + static_cast<std::ptrdiff_t>(y) * width; }
+};
+
+/// The picture at 1/factor of its size, whatever the factor.
+Plane resampled(const LumaView &picture, double factor)
+{
+    const int box = std::max(static_cast<int>(factor), 1);
+    const LumaImage reduced = reduceByBox(picture, box);
+    const double step = factor / box;
+    Plane plane(static_cast<int>(reduced.width / step), static_cast<int>(reduced.height / step));
+    for (int y = 0; y < plane.height; ++y) {
+        const double atY = std::clamp((y + 0.5) * step - 0.5, 0.0, reduced.height - 1.001);
+        const int top = static_cast<int>(atY);
+        const auto down = static_cast<float>(atY - top);
+        const std::uint8_t *above = LumaView(reduced).row(top);
+        const std::uint8_t *below = above + reduced.width;
+        for (int x = 0; x < plane.width; ++x) {
+            const double atX = std::clamp((x + 0.5) * step - 0.5, 0.0, reduced.width - 1.001);
+            const int left = static_cast<int>(atX);
+            const auto right = static_cast<float>(atX - left);
+            const float upper = static_cast<float>(above[left]) +
+                                right * static_cast<float>(above[left + 1] - above[left]);
+            const float lower = static_cast<float>(below[left]) +
+                                right * static_cast<float>(below[left + 1] - below[left]);
+            plane.row(y)[x] = upper + down * (lower - upper);
+        }
+    }
+    return plane;
+}
+
+/// The correlation of each pixel's neighbourhood with the template; nothing along the edges.
+class Correlator
+{
+public:
+    explicit Correlator(const Plane &plane)
+        : m_plane(plane),
+          m_result(plane.width, plane.height),
+          m_spreads(plane.width, plane.height),
+          m_folded(static_cast<std::size_t>(plane.width)),
+          m_sums(static_cast<std::size_t>(plane.width)),
+          m_squares(static_cast<std::size_t>(plane.width))
+    {}
+
+    /// What is nearly flat may look like anything: there the correlation counts for less, by how
+    /// much less the light spreads there than in busy places.
+    Plane run()
+    {
+        static const Template weights = makeTemplate();
+        for (int y = templateReach; y < m_plane.height - templateReach; ++y) {
+            addProducts(y, weights);
+            divideBySpread(y);
+        }
+        lessenFlat();
+        return std::move(m_result);
+    }
+
+private:
+    void addProducts(int y, const Template &weights)
+    {
+        float *out = m_result.row(y);
+        for (int v = 0; v <= templateReach; ++v) {
+            const float *above = m_plane.row(y - v);
+            const float *below = m_plane.row(y + v);
+            float *folded = m_folded.data();
+            const float share = v == 0 ? 0.5F : 1.0F;
+            for (int x = 0; x < m_plane.width; ++x) {
+                folded[x] = share * (above[x] + below[x]);
+            }
+            const auto &row = weights[static_cast<std::size_t>(v)];
+            for (int u = 0; u <= templateReach; ++u) {
+                const float weight = row[static_cast<std::size_t>(u)] * (u == 0 ? 0.5F : 1.0F);
+                if (weight == 0) {
+                    continue;
+                }
+                for (int x = templateReach; x < m_plane.width - templateReach; ++x) {
+                    out[x] += weight * (folded[x - u] + folded[x + u]);
+                }
+            }
+        }
+    }
+
+    /// Over the square that holds the pattern.
+    void divideBySpread(int y)
+    {
+        constexpr int reach = 6;
+        constexpr float count = (2 * reach + 1) * (2 * reach + 1);
+        // The template covers a disc; its share of the square's pixels.
+        const float rootOfDiscShare = std::sqrt(163.0F / count);
+        std::ranges::fill(m_sums, 0.0F);
+        std::ranges::fill(m_squares, 0.0F);
+        for (int v = -reach; v <= reach; ++v) {
+            const float *row = m_plane.row(y + v);
+            for (std::size_t x = 0; x < m_sums.size(); ++x) {
+                m_sums[x] += row[x];
+                m_squares[x] += row[x] * row[x];
+            }
+        }
+        double sum = 0;
+        double squares = 0;
+        const auto at = [](const std::vector<float> &values, int x) {
+            return static_cast<double>(values[static_cast<std::size_t>(x)]);
+        };
+        for (int x = templateReach - reach; x < templateReach + reach; ++x) {
+            sum += at(m_sums, x);
+            squares += at(m_squares, x);
+        }
+        float *out = m_result.row(y);
+        float *spreads = m_spreads.row(y);
+        for (int x = templateReach; x < m_plane.width - templateReach; ++x) {
+            sum += at(m_sums, x + reach);
+            squares += at(m_squares, x + reach);
+            const double spread = squares - sum * sum / static_cast<double>(count);
+            const bool isFlat = spread < static_cast<double>(count) * leastSpread * leastSpread;
+            const float deviation = isFlat ? 0.0F : std::sqrt(static_cast<float>(spread));
+            out[x] = isFlat ? 0.0F : out[x] / (deviation * rootOfDiscShare);
+            spreads[x] = deviation;
+            sum -= at(m_sums, x - reach);
+            squares -= at(m_squares, x - reach);
+        }
+    }
+
+    void lessenFlat()
+    {
+        std::vector<float> sorted;
+        for (std::size_t i = 0; i < m_spreads.values.size(); i += 7) {
+            sorted.push_back(m_spreads.values[i]);
+        }
+        const auto busy = sorted.begin() + static_cast<std::ptrdiff_t>(
+                                               busyShare * static_cast<double>(sorted.size() - 1));
+        std::ranges::nth_element(sorted, busy);
+        const float full = std::max(fullShare * *busy, 1.0F);
+        for (std::size_t i = 0; i < m_result.values.size(); ++i) {
+            m_result.values[i] *= std::min(m_spreads.values[i] / full, 1.0F);
+        }
+    }
+
+    const Plane &m_plane;
+    Plane m_result;
+    Plane m_spreads;
+    std::vector<float> m_folded;
+    std::vector<float> m_sums;
+    std::vector<float> m_squares;
+};
+
+bool isPeak(const Plane &plane, int x, int y)
+{
+    const float here = plane.row(y)[x];
+    const float sign = here > 0 ? 1.0F : -1.0F;
+    for (int v = -peakReach; v <= peakReach; ++v) {
+        const float *row = plane.row(y + v);
+        for (int u = -peakReach; u <= peakReach; ++u) {
+            if (sign * row[x + u] > sign * here) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void addPeaks(const Plane &plane, double module, std::vector<PatternPlace> &places)
+{
+    const double scale = module / templateModule;
+    for (int y = templateReach; y < plane.height - templateReach; ++y) {
+        const float *row = plane.row(y);
+        for (int x = templateReach; x < plane.width - templateReach; ++x) {
+            if (std::abs(row[x]) > static_cast<float>(leastCorrelation) && isPeak(plane, x, y)) {
+                places.push_back(
+                    {{(x + 0.5) * scale, (y + 0.5) * scale}, module, static_cast<double>(row[x])});
+            }
+        }
+    }
+}
+
+bool areOne(const PatternPlace &a, const PatternPlace &b)
+{
+    const double near = 2 * std::min(a.module, b.module);
+    return (a.correlation > 0) == (b.correlation > 0) && std::abs(a.middle.x - b.middle.x) < near &&
+           std::abs(a.middle.y - b.middle.y) < near;
+}
+
+} // namespace
+
+std::vector<PatternPlace> findPatternPlaces(const LumaView &picture, double leastModule,
+                                            double mostModule, std::size_t most)
+{
+    std::vector<PatternPlace> places;
+    for (double module = leastModule; module <= mostModule * 1.001; module *= moduleStep) {
+        const Plane plane = resampled(picture, module / templateModule);
+        if (std::min(plane.width, plane.height) > 2 * templateReach) {
+            addPeaks(Correlator(plane).run(), module, places);
+        }
+    }
+    std::ranges::stable_sort(places, std::ranges::greater{},
+                             [](const PatternPlace &place) { return std::abs(place.correlation); });
+    std::vector<PatternPlace> chosen;
+    std::array<std::size_t, 2> counts{};
+    for (const PatternPlace &place : places) {
+        const auto isKnown = [&place](const PatternPlace &known) { return areOne(place, known); };
+        std::size_t &count = counts[place.correlation > 0 ? 0 : 1];
+        if (count < most && std::ranges::none_of(chosen, isKnown)) {
+            chosen.push_back(place);
+            ++count;
+        }
+    }
+    return chosen;
+}
+
+} // namespace quillmark
