@@ -75,10 +75,10 @@ void HttpFetch::request(const QUrl &address)
     dropReply();
     m_reply = m_network.get(requestFor(address));
     m_reply->setReadBufferSize(bufferBytes);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &HttpFetch::takeHeaders);
-    connect(m_reply, &QNetworkReply::readyRead, this, &HttpFetch::takeBytes);
-    connect(m_reply, &QNetworkReply::finished, this, &HttpFetch::takeEnd);
-    connect(m_reply, &QNetworkReply::sslErrors, this, [this](const QList<QSslError> &errors) {
+    connect(m_reply.get(), &QNetworkReply::metaDataChanged, this, &HttpFetch::takeHeaders);
+    connect(m_reply.get(), &QNetworkReply::readyRead, this, &HttpFetch::takeBytes);
+    connect(m_reply.get(), &QNetworkReply::finished, this, &HttpFetch::takeEnd);
+    connect(m_reply.get(), &QNetworkReply::sslErrors, this, [this](const QList<QSslError> &errors) {
         m_distrust = errors.isEmpty() ? QString() : errors.first().errorString();
     });
 }
@@ -212,7 +212,7 @@ void HttpFetch::end()
 
 void HttpFetch::dropReply()
 {
-    if (QNetworkReply *reply = std::exchange(m_reply, nullptr)) {
+    if (QNetworkReply *reply = std::exchange(m_reply, {})) {
         disconnect(reply, nullptr, this, nullptr);
         // Not at once: it may be in the middle of a signal, and does not expect to be over then.
         const auto giveUp = [reply] {

@@ -7,6 +7,7 @@
 
 #include <QNetworkReply>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -39,7 +40,7 @@ public:
     /// Gets the file's bytes as they come; may throw UpdateError, which ends the fetch.
     using Sink = std::function<void(const QByteArray &)>;
 
-    /// The network access manager must outlive it.
+    /// A fetch without its network access manager can only be destroyed.
     HttpFetch(QNetworkAccessManager &network, const FetchLimits &limits, Sink sink,
               QObject *parent = nullptr);
     /// Ends a fetch without a word.
@@ -70,7 +71,7 @@ private:
     QNetworkAccessManager &m_network;
     const FetchLimits m_limits;
     const Sink m_sink;
-    QNetworkReply *m_reply = nullptr; ///< belongs to the manager until it is dropped
+    QPointer<QNetworkReply> m_reply; ///< goes with the manager at the latest
     QTimer m_window;
     QTimer m_whole;
     QString m_distrust;

@@ -37,6 +37,8 @@ public:
     /// Once. Ends with exactly one of verified() and failed(), from the event loop.
     void start();
 
+    /// Removes the folder at once. Nothing but the destructor may be called any more.
+    void giveUp() { m_folder.reset(); }
     /// Leaves the folder and the package in it where they are.
     void keep() { m_folder->setAutoRemove(false); }
 
