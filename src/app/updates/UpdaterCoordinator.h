@@ -8,6 +8,9 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+#include <utility>
+
 namespace quillmark {
 
 /// Starts the updater when it is made, and keeps it as long as it lives: the application has
@@ -20,12 +23,17 @@ class UpdaterCoordinator : public QObject
     Q_PROPERTY(quillmark::StandardUpdaterController *controller READ controller CONSTANT)
 
 public:
-    explicit UpdaterCoordinator(QObject *parent = nullptr) : QObject(parent) {}
+    explicit UpdaterCoordinator(QObject *parent = nullptr) : QObject(parent), m_controller(true) {}
+    /// The same with another configuration and in other surroundings.
+    UpdaterCoordinator(std::optional<UpdateConfiguration> configuration,
+                       UpdaterSurroundings surroundings, QObject *parent = nullptr)
+        : QObject(parent), m_controller(true, std::move(configuration), std::move(surroundings))
+    {}
 
     StandardUpdaterController *controller() { return &m_controller; }
 
 private:
-    StandardUpdaterController m_controller{true};
+    StandardUpdaterController m_controller;
 };
 
 } // namespace quillmark

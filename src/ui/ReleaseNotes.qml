@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Quillmark
+
+/// Release notes, paragraph by paragraph, in a panel that scrolls.
+ScrollPanel {
+    id: root
+
+    /// Has the roles kind, text and address.
+    required property var model
+    /// A page with more of them; empty where there is none.
+    property string page
+
+    signal linkPressed(url address)
+
+    padding: 16
+    spacing: 8
+
+    Repeater {
+        model: root.model
+
+        NoteText {
+            id: line
+            Layout.fillWidth: true
+            onLinkPressed: address => root.linkPressed(address)
+            onActiveFocusChanged: {
+                if (line.activeFocus) {
+                    root.reveal(line);
+                }
+            }
+        }
+    }
+    NoteText {
+        Layout.fillWidth: true
+        visible: root.page.length > 0
+        kind: "Link"
+        text: root.page
+        address: root.page
+        onLinkPressed: address => root.linkPressed(address)
+    }
+}
