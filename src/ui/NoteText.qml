@@ -16,6 +16,7 @@ Item {
     required property url address
 
     readonly property bool isLink: root.kind === "Link"
+    readonly property bool hasKeyboard: link.activeFocus
 
     signal linkPressed(url address)
 

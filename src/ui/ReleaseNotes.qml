@@ -28,19 +28,25 @@ ScrollPanel {
             id: line
             Layout.fillWidth: true
             onLinkPressed: address => root.linkPressed(address)
-            onActiveFocusChanged: {
-                if (line.activeFocus) {
+            onHasKeyboardChanged: {
+                if (line.hasKeyboard) {
                     root.reveal(line);
                 }
             }
         }
     }
     NoteText {
+        id: more
         Layout.fillWidth: true
         visible: root.page.length > 0
         kind: "Link"
         text: root.page
         address: root.page
         onLinkPressed: address => root.linkPressed(address)
+        onHasKeyboardChanged: {
+            if (more.hasKeyboard) {
+                root.reveal(more);
+            }
+        }
     }
 }

@@ -131,6 +131,21 @@ TEST(Appcast, itemsWithoutVersionOrPackageAreLeftOut)
     EXPECT_TRUE(readAppcast(feed("")).items.empty());
 }
 
+TEST(Appcast, versionsHaveABoundedLength)
+{
+    const auto named = [](qsizetype version, qsizetype shortVersion) {
+        return readAppcast(feed("<item><sparkle:version>" + QByteArray(version, '1') +
+                                "</sparkle:version><sparkle:shortVersionString>" +
+                                QByteArray(shortVersion, 'x') +
+                                "\n y</sparkle:shortVersionString>" + enclosure + "</item>"))
+            .items;
+    };
+    ASSERT_EQ(named(longestAppcastVersion, 3).size(), 1U);
+    EXPECT_EQ(named(1, 3).front().shortVersion, QStringLiteral("xxx y"));
+    EXPECT_EQ(named(1, 1000).front().shortVersion.size(), longestAppcastVersion);
+    EXPECT_TRUE(named(longestAppcastVersion + 1, 3).empty());
+}
+
 TEST(Appcast, notesAreTakenAsTheyAreSaidToBe)
 {
     using Format = AppcastItem::NotesFormat;

@@ -212,9 +212,10 @@ void AppcastReader::readItem()
         whole.package = package.package;
         whole.packageSignature = package.packageSignature;
         whole.packageBytes = package.packageBytes;
-        if (whole.version.isEmpty()) {
+        if (whole.version.isEmpty() || whole.version.size() > longestAppcastVersion) {
             continue; // cannot be compared with anything
         }
+        whole.shortVersion = whole.shortVersion.simplified().left(longestAppcastVersion);
         if (whole.shortVersion.isEmpty()) {
             whole.shortVersion = whole.version;
         }

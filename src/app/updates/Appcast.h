@@ -38,7 +38,8 @@ struct AppcastItem {
 
 /// A feed of versions: RSS 2.0 with the extension that publishers of desktop programs use.
 struct Appcast {
-    std::vector<AppcastItem> items; ///< in the feed's order; those without a package are left out
+    /// In the feed's order, without those that have no package or no version of usable length.
+    std::vector<AppcastItem> items;
     /// When it was made: the channel's lastBuildDate, else its pubDate, else the newest date
     /// of an item.
     std::optional<QDateTime> date;
@@ -48,6 +49,7 @@ struct Appcast {
 inline constexpr qsizetype largestAppcast = 1024 * 1024; ///< bytes
 inline constexpr int mostAppcastItems = 1000;
 inline constexpr int deepestAppcastElement = 16;
+inline constexpr qsizetype longestAppcastVersion = 100; ///< characters
 
 /// Reads a feed. Nothing outside the bytes is looked at, and time and memory are bounded by
 /// their number. A document type declaration is refused, and with it every entity but the five

@@ -6,6 +6,9 @@
 namespace quillmark {
 namespace {
 
+/// Some of it comes from servers: it is not to fill the screen.
+constexpr qsizetype longestDetail = 200;
+
 QString sentence(UpdateError::Case which, const QString &detail)
 {
     using Case = UpdateError::Case;
@@ -73,7 +76,9 @@ QString sentence(UpdateError::Case which, const QString &detail)
 } // namespace
 
 UpdateError::UpdateError(Case which, const QString &detail)
-    : m_case(which), m_description(sentence(which, detail)), m_what(m_description.toUtf8())
+    : m_case(which),
+      m_description(sentence(which, detail.simplified().left(longestDetail))),
+      m_what(m_description.toUtf8())
 {}
 
 } // namespace quillmark

@@ -42,7 +42,8 @@ public:
         noInstaller,                ///< no program of the desktop opens it
     };
 
-    /// The detail is what the case says after its semicolon; it is shown as it is.
+    /// The detail is what the case says after its semicolon. It is shown as it is, on one line
+    /// and cut short.
     explicit UpdateError(Case which, const QString &detail = {});
 
     Case which() const { return m_case; }
