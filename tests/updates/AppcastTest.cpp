@@ -245,6 +245,23 @@ TEST(Appcast, sizesHaveBounds)
     EXPECT_EQ(refusal(feed(QByteArray("<a>").repeated(100'000))), Case::malformedFeed);
 }
 
+TEST(Appcast, attributesOfAnElementHaveABound)
+{
+    const auto element = [](int attributes) {
+        QByteArray text = "<rss";
+        for (int i = 0; i < attributes; ++i) {
+            text += " a" + QByteArray::number(i) + "=''";
+        }
+        return text + "/>";
+    };
+    EXPECT_EQ(refusal(element(64)), std::nullopt);
+    EXPECT_EQ(refusal(element(65)), UpdateError::Case::malformedFeed);
+    // A hundred thousand would take half a minute if they were looked at.
+    EXPECT_EQ(refusal(element(90'000)), UpdateError::Case::malformedFeed);
+    EXPECT_EQ(refusal(feed("<description>" + QByteArray(4000, '=') + "</description>")),
+              std::nullopt);
+}
+
 TEST(Appcast, lengthsThatAreNoneAreUnknown)
 {
     for (const char *length : {"", "-5", "0", "1.5", "many", "99999999999999999999"}) {

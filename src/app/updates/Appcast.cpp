@@ -14,8 +14,24 @@
 namespace quillmark {
 namespace {
 
-/// A limit of XML's own reader: more attributes of one element than any feed has.
+/// More attributes of one element than any feed has.
 constexpr int mostAttributes = 64;
+/// More signs between two elements than any text has in which they are none of an attribute.
+constexpr int mostEqualSigns = 4096;
+
+/// Qt compares each attribute of an element with all those before it: a feed of nothing else
+/// would take half a minute.
+bool hasHugeElement(const QByteArray &bytes)
+{
+    int signs = 0;
+    for (const char each : bytes) {
+        signs = each == '<' ? 0 : signs + (each == '=' ? 1 : 0);
+        if (signs > mostEqualSigns) {
+            return true;
+        }
+    }
+    return false;
+}
 
 /// Goes through a feed once.
 class AppcastReader
@@ -304,6 +320,10 @@ Appcast readAppcast(const QByteArray &bytes)
 {
     if (bytes.size() > largestAppcast) {
         throw UpdateError(UpdateError::Case::tooLarge);
+    }
+    if (hasHugeElement(bytes)) {
+        throw UpdateError(UpdateError::Case::malformedFeed,
+                          QStringLiteral("an element has too many attributes."));
     }
     return AppcastReader(bytes).read();
 }
