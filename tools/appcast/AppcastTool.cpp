@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <array>
 #include <filesystem>
 #include <stdexcept>
 
@@ -83,7 +84,7 @@ public:
     }
     QString needed(const char *name) const
     {
-        const QString value = option(name);
+        QString value = option(name);
         if (value.isEmpty()) {
             complain(QStringLiteral("--") + QString::fromLatin1(name) +
                      QStringLiteral(" is missing"));
@@ -232,9 +233,9 @@ QString runAppcastTool(const QStringList &arguments)
         const char *name;
         QString (*run)(const QStringList &);
     };
-    constexpr Command commands[] = {
-        {"keys", &makeKeys}, {"public", &showKey}, {"sign", &signPackage},
-        {"add", &addItem},   {"seal", &sealFeed},  {"check", &checkFeed},
+    constexpr std::array commands{
+        Command{"keys", &makeKeys}, Command{"public", &showKey}, Command{"sign", &signPackage},
+        Command{"add", &addItem},   Command{"seal", &sealFeed},  Command{"check", &checkFeed},
     };
     for (const Command &command : commands) {
         if (arguments.value(0) == QLatin1StringView(command.name)) {

@@ -10,6 +10,7 @@
 #include <QXmlStreamWriter>
 
 #include <stdexcept>
+#include <utility>
 
 namespace quillmark::tools {
 namespace {
@@ -24,8 +25,8 @@ const auto builtName = QLatin1StringView("lastBuildDate");
 class FeedCopy
 {
 public:
-    FeedCopy(const QByteArray &feed, const AppcastItem &item, const QDateTime &made)
-        : m_in(feed), m_out(&m_bytes), m_item(item), m_made(made)
+    FeedCopy(const QByteArray &feed, const AppcastItem &item, QDateTime made)
+        : m_in(feed), m_out(&m_bytes), m_item(item), m_made(std::move(made))
     {
         m_out.setAutoFormatting(true);
         m_out.setAutoFormattingIndent(2);

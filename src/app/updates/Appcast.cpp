@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include <array>
 #include <utility>
 
 namespace quillmark {
@@ -247,13 +248,14 @@ QStringList listOf(const QString &text)
 
 bool AppcastReader::readOwnElement(AppcastItem &item)
 {
-    const std::pair<QLatin1StringView, QString &> texts[] = {
-        {AppcastNames::version, item.version},
-        {AppcastNames::shortVersion, item.shortVersion},
-        {AppcastNames::minimumSystemVersion, item.minimumSystemVersion},
-        {AppcastNames::maximumSystemVersion, item.maximumSystemVersion},
-        {AppcastNames::os, item.os},
-        {AppcastNames::channel, item.channel},
+    using Text = std::pair<QLatin1StringView, QString &>;
+    const std::array texts{
+        Text{AppcastNames::version, item.version},
+        Text{AppcastNames::shortVersion, item.shortVersion},
+        Text{AppcastNames::minimumSystemVersion, item.minimumSystemVersion},
+        Text{AppcastNames::maximumSystemVersion, item.maximumSystemVersion},
+        Text{AppcastNames::os, item.os},
+        Text{AppcastNames::channel, item.channel},
     };
     for (const auto &[name, value] : texts) {
         if (isOurs(name)) {

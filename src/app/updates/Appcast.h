@@ -46,7 +46,7 @@ struct Appcast {
 };
 
 /// How much a feed may hold.
-inline constexpr qsizetype largestAppcast = 1024 * 1024; ///< bytes
+inline constexpr qsizetype largestAppcast = 1'048'576; ///< bytes
 inline constexpr int mostAppcastItems = 1000;
 inline constexpr int deepestAppcastElement = 16;
 inline constexpr qsizetype longestAppcastVersion = 100; ///< characters

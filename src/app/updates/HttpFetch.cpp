@@ -16,7 +16,7 @@ namespace quillmark {
 namespace {
 
 /// Enough for a fast line between two turns of the event loop.
-constexpr qint64 bufferBytes = 256 * 1024;
+constexpr qint64 bufferBytes = 262'144;
 
 QNetworkRequest requestFor(const QUrl &address)
 {

@@ -5,6 +5,8 @@
 
 #include <QLatin1StringView>
 
+#include <array>
+
 namespace quillmark {
 namespace {
 
@@ -21,7 +23,7 @@ bool isPlain(QChar character)
 
 std::optional<QString> packageFileName(const QUrl &address)
 {
-    constexpr QLatin1StringView endings[] = {
+    constexpr std::array endings{
         QLatin1StringView(".deb"),         QLatin1StringView(".rpm"),
         QLatin1StringView(".flatpak"),     QLatin1StringView(".snap"),
         QLatin1StringView(".pkg.tar.zst"), QLatin1StringView(".pkg.tar.xz"),

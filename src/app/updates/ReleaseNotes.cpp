@@ -9,6 +9,8 @@
 #include <QTextList>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <utility>
 
 namespace quillmark {
@@ -41,7 +43,7 @@ QString markOf(const QTextBlock &block)
 {
     const QTextList *list = block.textList();
     const bool isNumbered = list->format().style() <= QTextListFormat::ListDecimal;
-    const QString indent((list->format().indent() - 1) * 2, u' ');
+    const QString indent = QStringLiteral("  ").repeated(list->format().indent() - 1);
     return indent + (isNumbered ? list->itemText(block) : QStringLiteral("\u2022")) +
            QStringLiteral("  ");
 }
@@ -114,9 +116,10 @@ std::vector<NoteLine> fromPlainText(const QString &notes)
 /// The five named characters that HTML shares with XML, and the space that does not break.
 QString withCharacters(QString text)
 {
-    const std::pair<const char *, const char *> names[] = {
-        {"&nbsp;", " "},  {"&lt;", "<"},   {"&gt;", ">"},
-        {"&quot;", "\""}, {"&apos;", "'"}, {"&amp;", "&"}, // last, or it would make new ones
+    using Name = std::pair<const char *, const char *>;
+    constexpr std::array names{
+        Name{"&nbsp;", " "},  Name{"&lt;", "<"},   Name{"&gt;", ">"},
+        Name{"&quot;", "\""}, Name{"&apos;", "'"}, Name{"&amp;", "&"}, // last: it could make others
     };
     for (const auto &[name, character] : names) {
         text.replace(QLatin1String(name), QLatin1String(character));

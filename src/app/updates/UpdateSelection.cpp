@@ -8,6 +8,7 @@
 #include <QSysInfo>
 
 #include <algorithm>
+#include <compare>
 
 namespace quillmark {
 namespace {
@@ -32,9 +33,9 @@ bool isMeantFor(const AppcastItem &item, const SystemFacts &system)
            (item.architectures.isEmpty() ||
             std::any_of(item.architectures.begin(), item.architectures.end(), isOwn)) &&
            (item.minimumSystemVersion.isEmpty() ||
-            compareVersions(item.minimumSystemVersion, system.systemVersion) <= 0) &&
+            std::is_lteq(compareVersions(item.minimumSystemVersion, system.systemVersion))) &&
            (item.maximumSystemVersion.isEmpty() ||
-            compareVersions(item.maximumSystemVersion, system.systemVersion) >= 0);
+            std::is_gteq(compareVersions(item.maximumSystemVersion, system.systemVersion)));
 }
 
 } // namespace
@@ -54,7 +55,7 @@ std::optional<AppcastItem> newestUpdate(const Appcast &appcast, const QString &c
     const AppcastItem *newest = nullptr;
     for (const AppcastItem &item : appcast.items) {
         if (isMeantFor(item, system) &&
-            compareVersions(item.version, newest ? newest->version : currentVersion) > 0) {
+            std::is_gt(compareVersions(item.version, newest ? newest->version : currentVersion))) {
             newest = &item;
         }
     }

@@ -107,17 +107,16 @@ public:
     double received() const { return static_cast<double>(m_received); }
     double expected() const { return static_cast<double>(m_expected); }
 
-public Q_SLOTS:
     // Each does nothing at any other stage than the one for which it is meant.
 
     /// Looks for updates because the user wants it. Shows a skipped version too.
-    void checkForUpdates();
+    Q_INVOKABLE void checkForUpdates();
     /// Available: fetches the new version.
-    void install();
+    Q_INVOKABLE void install();
     /// Available: never again tells of this version on schedule.
-    void skip();
+    Q_INVOKABLE void skip();
     /// Ends whatever is shown, and gives up what is under way.
-    void dismiss();
+    Q_INVOKABLE void dismiss();
 
 Q_SIGNALS:
     void canCheckForUpdatesChanged();

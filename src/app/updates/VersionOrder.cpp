@@ -83,7 +83,7 @@ std::weak_ordering compareParts(const Run *left, const Run *leftEnd, const Run *
     while (left != leftEnd || right != rightEnd) {
         const auto result =
             compareRuns(left != leftEnd ? left++ : nullptr, right != rightEnd ? right++ : nullptr);
-        if (result != 0) {
+        if (std::is_neq(result)) {
             return result;
         }
     }
@@ -105,8 +105,9 @@ std::weak_ordering compareVersions(QStringView left, QStringView right)
 
     const auto releases =
         compareParts(leftRuns.data(), split(leftRuns), rightRuns.data(), split(rightRuns));
-    return releases != 0 ? releases
-                         : compareParts(split(leftRuns), leftEnd, split(rightRuns), rightEnd);
+    return std::is_neq(releases)
+               ? releases
+               : compareParts(split(leftRuns), leftEnd, split(rightRuns), rightEnd);
 }
 
 } // namespace quillmark
