@@ -53,10 +53,19 @@ TEST(ReleaseNotes, linksFollowTheirParagraphWithTheirAddress)
                      line(Kind::Link, "http://example.org/", "http://example.org/")}));
 }
 
+TEST(ReleaseNotes, addressesAreShownAsTheyAreSent)
+{
+    // The first letter of the host is Cyrillic.
+    const Lines lines = read("[x](https://\u0430pple.example/\u00fc)", Format::Markdown);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[1].text, QStringLiteral("https://xn--pple-43d.example/%C3%BC"));
+}
+
 TEST(ReleaseNotes, linksThatLeadElsewhereAreText)
 {
-    for (const char *address : {"file:///etc/passwd", "javascript:alert(1)", "relative", "#here",
-                                "mailto:a@example.org", "data:text/html,x", "https://"}) {
+    for (const char *address :
+         {"file:///etc/passwd", "javascript:alert(1)", "relative", "#here", "mailto:a@example.org",
+          "data:text/html,x", "https://", "https://example.org@example.net/"}) {
         EXPECT_EQ(read(("[press](" + std::string(address) + ")").c_str(), Format::Markdown),
                   Lines{line(Kind::Paragraph, "press")})
             << address;

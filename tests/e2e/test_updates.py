@@ -103,6 +103,35 @@ class Updates(WindowCase):
         self.assertEqual(package.parent.stat().st_mode & 0o777, 0o700)
         self.assertEqual(package.stat().st_mode & 0o111, 0)
 
+    def test_cancelled_download_leaves_nothing(self):
+        feed = self.serve()
+        feed.hold(feed.publish("99.0", b"half" * 500_000))
+        program = self.start(feed)
+
+        self.check(program)
+        program.press("INSTALL")
+        program.wait_for("1.0 MB of 2.0 MB")
+        self.assertEqual(len(self.left_files()), 1)
+        program.press("CANCEL")
+
+        program.wait_until_gone("1.0 MB of 2.0 MB")
+        self.assertEqual(self.left_files(), [])
+        program.press("Quillmark", MENU_ITEM)
+        self.assertTrue(program.find(UPDATES, MENU_ITEM).is_enabled)
+
+    def test_quitting_gives_a_download_up(self):
+        feed = self.serve()
+        feed.hold(feed.publish("99.0", b"half" * 500_000))
+        program = self.start(feed)
+        self.check(program)
+        program.press("INSTALL")
+        program.wait_for("1.0 MB of 2.0 MB")
+
+        program.close_window()
+
+        self.assertEqual(program.wait_for_end(), 0)
+        self.assertEqual(self.left_files(), [])
+
     def test_swapped_package_is_refused(self):
         feed = self.serve()
         feed.publish("99.0").write_bytes(b"b package")

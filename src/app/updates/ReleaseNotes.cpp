@@ -18,7 +18,7 @@ namespace {
 
 bool isWebAddress(const QUrl &address)
 {
-    return address.isValid() && !address.host().isEmpty() &&
+    return address.isValid() && !address.host().isEmpty() && address.userInfo().isEmpty() &&
            (address.scheme() == QLatin1String("https") ||
             address.scheme() == QLatin1String("http"));
 }
@@ -62,7 +62,8 @@ void appendBlock(std::vector<NoteLine> &lines, const QTextBlock &block)
         text += fragment.text();
         const QUrl address(format.anchorHref(), QUrl::StrictMode);
         if (format.isAnchor() && isWebAddress(address)) {
-            NoteLine link{NoteLine::Kind::Link, address.toDisplayString(), address};
+            // As it is sent: letters that only look like others show themselves.
+            NoteLine link{NoteLine::Kind::Link, QString::fromLatin1(address.toEncoded()), address};
             if (std::find(links.begin(), links.end(), link) == links.end()) {
                 links.push_back(std::move(link));
             }

@@ -19,7 +19,7 @@ struct NoteLine {
         Heading,
         Item, ///< of a list, with its mark in front
         Code,
-        Link, ///< a place in the web: its address is shown, and opened when it is pressed
+        Link, ///< a place in the web: its encoded address is shown, and opened when it is pressed
     };
 
     Kind kind = Kind::Paragraph;

@@ -5,6 +5,7 @@
 import functools
 import http.server
 import json
+import pathlib
 import ssl
 import subprocess
 import threading
@@ -16,7 +17,19 @@ from .program import build_folder
 class _Handler(http.server.SimpleHTTPRequestHandler):
     def do_GET(self):
         self.server.requests.append(self.path)
-        super().do_GET()
+        if self.path == self.server.held:
+            self._begin_and_wait()
+        else:
+            super().do_GET()
+
+    def _begin_and_wait(self):
+        """Sends half of a file, and the rest never."""
+        content = pathlib.Path(self.translate_path(self.path)).read_bytes()
+        self.send_response(200)
+        self.send_header("Content-Length", str(len(content)))
+        self.end_headers()
+        self.wfile.write(content[:len(content) // 2])
+        self.server.over.wait()
 
     def log_message(self, *_):
         pass
@@ -36,6 +49,8 @@ class Feed:
         self._server = http.server.ThreadingHTTPServer(
             ("127.0.0.1", 0), functools.partial(_Handler, directory=str(self.folder)))
         self._server.requests = []
+        self._server.held = None
+        self._server.over = threading.Event()
         if tls:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
             context.load_cert_chain(_certificate(folder))
@@ -47,6 +62,7 @@ class Feed:
         return self
 
     def __exit__(self, *_):
+        self._server.over.set()
         self._server.shutdown()
         self._server.server_close()
 
@@ -54,6 +70,10 @@ class Feed:
     def requests(self):
         """The paths that were asked for, in their order."""
         return self._server.requests
+
+    def hold(self, file):
+        """From now on, half of this file is sent and no more."""
+        self._server.held = f"/{file.name}"
 
     def publish(self, version, package=b"a package", notes=None):
         """Adds a version to the feed, and gives the package's file."""
