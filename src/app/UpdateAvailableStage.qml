@@ -14,7 +14,6 @@ UpdateOffer {
     newVersion: root.updater.newVersion
     currentVersion: root.updater.currentVersion
     notes: root.updater.notes
-    notesPage: root.updater.notesAddress
     onInstalled: root.updater.install()
     onSkipped: root.updater.skip()
     onLinkPressed: address => Qt.openUrlExternally(address)

@@ -13,8 +13,6 @@ ScrollPanel {
 
     /// Has the roles kind, text and address.
     required property var model
-    /// A page with more of them; empty where there is none.
-    property string page
 
     signal linkPressed(url address)
 
@@ -32,20 +30,6 @@ ScrollPanel {
                 if (line.hasKeyboard) {
                     root.reveal(line);
                 }
-            }
-        }
-    }
-    NoteText {
-        id: more
-        Layout.fillWidth: true
-        visible: root.page.length > 0
-        kind: "Link"
-        text: root.page
-        address: root.page
-        onLinkPressed: address => root.linkPressed(address)
-        onHasKeyboardChanged: {
-            if (more.hasKeyboard) {
-                root.reveal(more);
             }
         }
     }

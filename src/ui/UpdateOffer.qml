@@ -14,7 +14,6 @@ DialogContent {
     required property string newVersion
     required property string currentVersion
     required property var notes
-    property string notesPage
 
     signal installed
     signal skipped
@@ -40,7 +39,6 @@ DialogContent {
         Layout.minimumHeight: 0
         Layout.maximumHeight: implicitHeight
         model: root.notes
-        page: root.notesPage
         onLinkPressed: address => root.linkPressed(address)
     }
     Flow {

@@ -16,13 +16,6 @@
 namespace quillmark {
 namespace {
 
-bool isWebAddress(const QUrl &address)
-{
-    return address.isValid() && !address.host().isEmpty() && address.userInfo().isEmpty() &&
-           (address.scheme() == QLatin1String("https") ||
-            address.scheme() == QLatin1String("http"));
-}
-
 NoteLine::Kind kindOf(const QTextBlock &block)
 {
     const QTextBlockFormat format = block.blockFormat();
@@ -60,13 +53,12 @@ void appendBlock(std::vector<NoteLine> &lines, const QTextBlock &block)
             continue;
         }
         text += fragment.text();
-        const QUrl address(format.anchorHref(), QUrl::StrictMode);
-        if (format.isAnchor() && isWebAddress(address)) {
-            // As it is sent: letters that only look like others show themselves.
-            NoteLine link{NoteLine::Kind::Link, QString::fromLatin1(address.toEncoded()), address};
-            if (std::find(links.begin(), links.end(), link) == links.end()) {
-                links.push_back(std::move(link));
-            }
+        if (!format.isAnchor()) {
+            continue;
+        }
+        const auto link = noteLink(QUrl(format.anchorHref(), QUrl::StrictMode));
+        if (link && std::find(links.begin(), links.end(), *link) == links.end()) {
+            links.push_back(*link);
         }
     }
     text.replace(QChar::LineSeparator, u'\n');
@@ -164,6 +156,17 @@ QString textOfHtml(const QString &html)
 }
 
 } // namespace
+
+std::optional<NoteLine> noteLink(const QUrl &address)
+{
+    const bool isWeb =
+        address.scheme() == QLatin1String("https") || address.scheme() == QLatin1String("http");
+    if (!isWeb || !address.isValid() || address.host().isEmpty() || !address.userInfo().isEmpty()) {
+        return std::nullopt;
+    }
+    // As it is sent: letters that only look like others show themselves.
+    return NoteLine{NoteLine::Kind::Link, QString::fromLatin1(address.toEncoded()), address};
+}
 
 std::vector<NoteLine> readReleaseNotes(const QString &notes, AppcastItem::NotesFormat format)
 {

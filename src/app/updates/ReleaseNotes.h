@@ -8,6 +8,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <optional>
 #include <vector>
 
 namespace quillmark {
@@ -28,6 +29,10 @@ struct NoteLine {
 
     bool operator==(const NoteLine &) const = default;
 };
+
+/// A link to an address in the web; nothing for one elsewhere, or with a user's name in it, which
+/// is there to mislead. Any thread.
+std::optional<NoteLine> noteLink(const QUrl &address);
 
 /// How much of the notes is shown.
 inline constexpr qsizetype longestNotes = 20'000; ///< characters

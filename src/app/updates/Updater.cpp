@@ -68,11 +68,6 @@ QString Updater::newVersion() const
     return m_item ? m_item->shortVersion : QString();
 }
 
-QUrl Updater::notesAddress() const
-{
-    return m_item && isSafeAddress(m_item->notesAddress) ? m_item->notesAddress : QUrl();
-}
-
 void Updater::checkForUpdates()
 {
     if (m_canCheck) {
@@ -109,7 +104,11 @@ void Updater::takeAnswer(const FeedAnswer &answer)
         return;
     }
     m_item = answer.update;
-    m_notes.setLines(readReleaseNotes(m_item->notes, m_item->notesFormat));
+    std::vector<NoteLine> lines = readReleaseNotes(m_item->notes, m_item->notesFormat);
+    if (auto page = noteLink(m_item->notesAddress)) {
+        lines.push_back(std::move(*page));
+    }
+    m_notes.setLines(std::move(lines));
     setStage(Stage::Available);
 }
 

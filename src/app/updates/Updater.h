@@ -59,7 +59,6 @@ class Updater : public QObject
     Q_PROPERTY(QString currentVersion READ currentVersion CONSTANT)
     Q_PROPERTY(QString newVersion READ newVersion NOTIFY stageChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY stageChanged)
-    Q_PROPERTY(QUrl notesAddress READ notesAddress NOTIFY stageChanged)
     Q_PROPERTY(quillmark::NotesModel *notes READ notes CONSTANT)
     Q_PROPERTY(double received READ received NOTIFY progressChanged)
     Q_PROPERTY(double expected READ expected NOTIFY progressChanged)
@@ -99,9 +98,7 @@ public:
     QString newVersion() const;
     /// Failed: why.
     QString errorText() const { return m_errorText; }
-    /// Available: a page with the notes; empty where the feed names none in the web.
-    QUrl notesAddress() const;
-    /// Available: the new version's notes.
+    /// Available: the new version's notes, and the page with more of them if there is one.
     NotesModel *notes() { return &m_notes; }
     /// Downloading: how many bytes have come, of how many; -1 where that is not known.
     double received() const { return static_cast<double>(m_received); }
