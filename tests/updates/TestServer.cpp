@@ -64,7 +64,7 @@ void TestServer::incomingConnection(qintptr descriptor)
 
 void TestServer::take(QSslSocket *socket)
 {
-    const QByteArray head = socket->peek(64 * 1024);
+    const QByteArray head = socket->peek(65'536);
     if (!head.contains("\r\n\r\n")) {
         return; // the rest is to come
     }

@@ -11,11 +11,18 @@
 namespace quillmark {
 namespace {
 
+std::weak_ordering reversed(std::weak_ordering order)
+{
+    return std::is_lt(order)   ? std::weak_ordering::greater
+           : std::is_gt(order) ? std::weak_ordering::less
+                               : order;
+}
+
 void expectOrder(const QString &left, const QString &right, std::weak_ordering wanted)
 {
     EXPECT_TRUE(compareVersions(left, right) == wanted)
         << qPrintable(left) << " and " << qPrintable(right);
-    EXPECT_TRUE(compareVersions(right, left) == (0 <=> wanted))
+    EXPECT_TRUE(compareVersions(right, left) == reversed(wanted))
         << qPrintable(right) << " and " << qPrintable(left);
 }
 
