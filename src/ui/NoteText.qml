@@ -14,6 +14,7 @@ Item {
     required property string kind
     required property string text
     required property url address
+    required property string mark
 
     readonly property bool isLink: root.kind === "Link"
     readonly property bool hasKeyboard: link.activeFocus
@@ -23,8 +24,15 @@ Item {
     implicitHeight: root.isLink ? link.implicitHeight : words.implicitHeight
 
     StyledText {
+        id: bullet
+        text: root.mark
+        color: words.color
+        Accessible.ignored: true
+    }
+    StyledText {
         id: words
-        width: parent.width
+        x: bullet.implicitWidth
+        width: root.width - x
         visible: !root.isLink
         text: root.text
         style: root.kind === "Heading" ? Theme.font.title

@@ -11,7 +11,7 @@ import Quillmark
 ScrollPanel {
     id: root
 
-    /// Has the roles kind, text and address.
+    /// Has the roles kind, text, address and mark.
     required property var model
 
     signal linkPressed(url address)

@@ -12,8 +12,8 @@ namespace quillmark {
 
 void PrintTo(const NoteLine &line, std::ostream *out)
 {
-    *out << static_cast<int>(line.kind) << " \"" << line.text.toStdString() << "\" "
-         << line.address.toString().toStdString();
+    *out << static_cast<int>(line.kind) << ' ' << line.mark.toStdString() << " \""
+         << line.text.toStdString() << "\" " << line.address.toString().toStdString();
 }
 
 namespace {
@@ -28,19 +28,28 @@ Lines read(const char *notes, Format format)
 }
 NoteLine line(Kind kind, const char *text, const char *address = "")
 {
-    return {kind, QString::fromUtf8(text), QUrl(QString::fromUtf8(address))};
+    return {kind, QString::fromUtf8(text), QUrl(QString::fromUtf8(address)), QString()};
+}
+NoteLine item(const char *mark, const char *text)
+{
+    return {Kind::Item, QString::fromUtf8(text), QUrl(), QString::fromUtf8(mark)};
 }
 
 TEST(ReleaseNotes, markdownIsReadable)
 {
-    EXPECT_EQ(
-        read("# New *here*\n\nOne\nparagraph, **bold** and `code`.\n\n- a\n- b\n\n"
-             "1. first\n2. second\n\n```\nx = 1\n```\n",
-             Format::Markdown),
-        (Lines{line(Kind::Heading, "New here"),
-               line(Kind::Paragraph, "One paragraph, bold and code."), line(Kind::Item, "•  a"),
-               line(Kind::Item, "•  b"), line(Kind::Item, "1.  first"),
-               line(Kind::Item, "2.  second"), line(Kind::Code, "x = 1")}));
+    EXPECT_EQ(read("# New *here*\n\nOne\nparagraph, **bold** and `code`.\n\n- a\n- b\n\n"
+                   "1. first\n2. second\n\n```\nx = 1\n```\n",
+                   Format::Markdown),
+              (Lines{line(Kind::Heading, "New here"),
+                     line(Kind::Paragraph, "One paragraph, bold and code."), item("•  ", "a"),
+                     item("•  ", "b"), item("1.  ", "first"), item("2.  ", "second"),
+                     line(Kind::Code, "x = 1")}));
+}
+
+TEST(ReleaseNotes, listsInListsAreIndented)
+{
+    EXPECT_EQ(read("- a\n  - b\n", Format::Markdown),
+              (Lines{item("•  ", "a"), item("    •  ", "b")}));
 }
 
 TEST(ReleaseNotes, linksFollowTheirParagraphWithTheirAddress)

@@ -124,6 +124,9 @@ ScreenTest {
     function init() {
         noteLines.clear();
     }
+    function append(kind: string, text: string, mark = ""): void {
+        noteLines.append({kind, text, address: kind === "Link" ? text : "", mark});
+    }
     function open(part: Component): Item {
         show({part: part});
         findChild(item, "dialog").open();
@@ -203,16 +206,17 @@ ScreenTest {
     }
 
     function test_offerShowsItsNotes() {
-        noteLines.append({kind: "Heading", text: "<i>New</i>", address: ""});
-        noteLines.append({kind: "Item", text: "\u2022  item", address: ""});
-        noteLines.append({kind: "Code", text: "code", address: ""});
-        noteLines.append({kind: "Link", text: "https://e.org/", address: "https://e.org/"});
+        append("Heading", "<i>New</i>");
+        append("Item", "item", "\u2022  ");
+        append("Code", "code");
+        append("Link", "https://e.org/");
         const view = open(offer);
         compareIsInside();
         compareStyle("Quillmark 2.0 can be installed. You have 1.0.",
                      Theme.color.onSurfaceVariant, 0, Theme.font.body);
         compareStyle("<i>New</i>", Theme.color.onSurface, 0, Theme.font.title);
-        compareStyle("\u2022  item", Theme.color.onSurfaceVariant, 0, Theme.font.body);
+        compareStyle("item", Theme.color.onSurfaceVariant, 0, Theme.font.body);
+        verify(label("item").x > 0, "the text stands beside its mark");
         compareStyle("code", Theme.color.onSurfaceVariant, 0, Theme.font.mono);
         compare(view.pressed.length, 0);
         click("https://e.org/");
@@ -227,8 +231,8 @@ ScreenTest {
 
     function test_longNotesScroll() {
         for (let i = 0; i < 50; ++i) {
-            noteLines.append({kind: "Paragraph", text: manyWords.slice(0, 300), address: ""});
-            noteLines.append({kind: "Link", text: "https://e.org/" + longWord, address: "https://e.org/"});
+            append("Paragraph", manyWords.slice(0, 300));
+            append("Link", "https://e.org/" + longWord);
         }
         open(offer);
         compareIsInside();

@@ -52,6 +52,8 @@ QVariant NotesModel::data(const QModelIndex &index, int role) const
         return line.text;
     case AddressRole:
         return line.address;
+    case MarkRole:
+        return line.mark;
     default:
         return {};
     }
@@ -61,7 +63,8 @@ QHash<int, QByteArray> NotesModel::roleNames() const
 {
     return {{KindRole, QByteArrayLiteral("kind")},
             {TextRole, QByteArrayLiteral("text")},
-            {AddressRole, QByteArrayLiteral("address")}};
+            {AddressRole, QByteArrayLiteral("address")},
+            {MarkRole, QByteArrayLiteral("mark")}};
 }
 
 } // namespace quillmark

@@ -12,14 +12,15 @@
 
 namespace quillmark {
 
-/// Release notes for a view: roles "kind" (the name of a NoteLine::Kind), "text" and "address".
+/// Release notes for a view: roles "kind" (the name of a NoteLine::Kind), "text", "address"
+/// and "mark".
 class NotesModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ANONYMOUS
 
 public:
-    enum Role { KindRole = Qt::UserRole, TextRole, AddressRole };
+    enum Role { KindRole = Qt::UserRole, TextRole, AddressRole, MarkRole };
 
     using QAbstractListModel::QAbstractListModel;
 

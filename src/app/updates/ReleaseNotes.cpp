@@ -36,7 +36,7 @@ QString markOf(const QTextBlock &block)
 {
     const QTextList *list = block.textList();
     const bool isNumbered = list->format().style() <= QTextListFormat::ListDecimal;
-    const QString indent = QStringLiteral("  ").repeated(list->format().indent() - 1);
+    const QString indent = QStringLiteral("    ").repeated(list->format().indent() - 1);
     return indent + (isNumbered ? list->itemText(block) : QStringLiteral("\u2022")) +
            QStringLiteral("  ");
 }
@@ -65,7 +65,7 @@ void appendBlock(std::vector<NoteLine> &lines, const QTextBlock &block)
     text.remove(QChar::ObjectReplacementCharacter);
     const NoteLine::Kind kind = kindOf(block);
     if (!text.trimmed().isEmpty()) {
-        lines.push_back({kind, kind == NoteLine::Kind::Item ? markOf(block) + text : text, {}});
+        lines.push_back({kind, text, {}, kind == NoteLine::Kind::Item ? markOf(block) : QString()});
     }
     std::move(links.begin(), links.end(), std::back_inserter(lines));
 }
@@ -92,7 +92,7 @@ std::vector<NoteLine> fromPlainText(const QString &notes)
     QString paragraph;
     const auto flush = [&] {
         if (!paragraph.isEmpty()) {
-            lines.push_back({NoteLine::Kind::Paragraph, std::exchange(paragraph, {}), {}});
+            lines.push_back({NoteLine::Kind::Paragraph, std::exchange(paragraph, {}), {}, {}});
         }
     };
     for (const QString &line : notes.split(u'\n')) {
@@ -165,7 +165,7 @@ std::optional<NoteLine> noteLink(const QUrl &address)
         return std::nullopt;
     }
     // As it is sent: letters that only look like others show themselves.
-    return NoteLine{NoteLine::Kind::Link, QString::fromLatin1(address.toEncoded()), address};
+    return NoteLine{NoteLine::Kind::Link, QString::fromLatin1(address.toEncoded()), address, {}};
 }
 
 std::vector<NoteLine> readReleaseNotes(const QString &notes, AppcastItem::NotesFormat format)

@@ -18,7 +18,7 @@ struct NoteLine {
     enum class Kind {
         Paragraph,
         Heading,
-        Item, ///< of a list, with its mark in front
+        Item, ///< of a list
         Code,
         Link, ///< a place in the web: its encoded address is shown, and opened when it is pressed
     };
@@ -26,6 +26,7 @@ struct NoteLine {
     Kind kind = Kind::Paragraph;
     QString text;
     QUrl address; ///< of a link: HTTP or HTTPS
+    QString mark; ///< of an item: what stands in front of its text, indented as deep as it is
 
     bool operator==(const NoteLine &) const = default;
 };
