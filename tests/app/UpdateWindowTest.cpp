@@ -28,10 +28,11 @@ class WithCoordinator : protected test::UpdaterFixture
 protected:
     explicit WithCoordinator(bool automatic)
     {
-        // Not before the test has published something.
-        UpdaterSurroundings found = surroundings();
-        found.startDelay = std::chrono::milliseconds(100);
-        m_coordinator = std::make_unique<UpdaterCoordinator>(configuration(automatic), found);
+        m_coordinator =
+            std::make_unique<UpdaterCoordinator>(configuration(automatic), surroundings());
+        if (automatic) {
+            m_server.hold(); // until the test has published something
+        }
     }
 
     QVariantMap properties() const
@@ -72,10 +73,19 @@ protected:
     }
 };
 
+/// The schedule has begun to look; the server waits to be released.
 class ScheduledUpdate : public UpdateWindow
 {
 protected:
     ScheduledUpdate() : UpdateWindow(true) {}
+
+    void SetUp() override { ASSERT_TRUE(reaches(updater(), Stage::Checking)); }
+    void publish()
+    {
+        m_feed.add(next);
+        m_server.release();
+        ASSERT_TRUE(reaches(updater(), Stage::Available));
+    }
 };
 
 TEST_F(UpdateWindow, menuFollowsTheUpdater)
@@ -307,18 +317,15 @@ TEST_F(UpdateWindow, leavesTheKeyboardToAScreenThatCameMeanwhile)
 
 TEST_F(ScheduledUpdate, showsOnlyANewVersion)
 {
-    m_feed.add(next);
-    ASSERT_TRUE(reaches(updater(), Stage::Checking));
     EXPECT_FALSE(isShown());
-    ASSERT_TRUE(reaches(updater(), Stage::Available));
+    publish();
     EXPECT_TRUE(isShown());
 }
 
 TEST_F(ScheduledUpdate, doesNotComeBetween)
 {
     setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
-    m_feed.add(next);
-    ASSERT_TRUE(reaches(updater(), Stage::Available));
+    publish();
     EXPECT_FALSE(isShown());
     setState(Session::Idle{});
     EXPECT_TRUE(isShown());
@@ -328,8 +335,7 @@ TEST_F(ScheduledUpdate, doesNotComeBetween)
 TEST_F(ScheduledUpdate, waitsForTheMenuToClose)
 {
     key(Qt::Key_F10);
-    m_feed.add(next);
-    ASSERT_TRUE(reaches(updater(), Stage::Available));
+    publish();
     EXPECT_FALSE(isShown());
     key(Qt::Key_Escape);
     EXPECT_TRUE(isShown());
@@ -337,7 +343,7 @@ TEST_F(ScheduledUpdate, waitsForTheMenuToClose)
 
 TEST_F(ScheduledUpdate, showsNothingWhereItFails)
 {
-    ASSERT_TRUE(reaches(updater(), Stage::Checking));
+    m_server.release();
     ASSERT_TRUE(reaches(updater(), Stage::Idle));
     EXPECT_FALSE(isShown());
     EXPECT_EQ(m_server.count(test::PublishedFeed::path()), 1);

@@ -327,19 +327,22 @@ TEST_F(UpdaterTest, scheduledCheckFailsSilently)
 
 TEST_F(UpdaterTest, scheduleKeepsTheInterval)
 {
-    using namespace std::chrono_literals;
     m_feed.add(next);
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    const auto checks = [&](const QDateTime &last) {
+    const auto updaterAfter = [&](const QDateTime &last) {
         UpdateMemory::setLastCheck(last);
-        const auto updater = makeUpdater(true);
-        QTest::qWait(0);
-        return updater->stage() == Stage::Checking;
+        return makeUpdater(true);
     };
-    EXPECT_FALSE(checks(now));
-    EXPECT_FALSE(checks(now.addSecs(60 - 86'400)));
-    EXPECT_TRUE(checks(now.addSecs(-86'400)));
-    EXPECT_TRUE(checks(now.addDays(100))) << "a clock that was wrong";
+    for (const QDateTime &recent : {now, now.addSecs(60 - 86'400)}) {
+        const auto updater = updaterAfter(recent);
+        QTest::qWait(0);
+        EXPECT_EQ(updater->stage(), Stage::Idle);
+    }
+    EXPECT_TRUE(m_server.requests().isEmpty());
+    const QDateTime fromAWrongClock = now.addDays(100);
+    for (const QDateTime &due : {now.addSecs(-86'400), fromAWrongClock}) {
+        EXPECT_TRUE(reaches(*updaterAfter(due), Stage::Checking));
+    }
 }
 
 TEST_F(UpdaterTest, withoutAutomaticChecksNothingIsFetched)

@@ -263,9 +263,9 @@ TEST_F(Fetch, serverThatDrips)
     answer.body = QByteArray(900, 'x');
     answer.manner = Answer::Manner::Drip;
     m_server.answer(file, answer);
-    const FetchLimits rate{.bytes = 1000, .window = 400ms, .windowBytes = 500, .whole = 30s};
+    const FetchLimits rate{.bytes = 1000, .window = 2s, .windowBytes = 100'000, .whole = 30s};
     EXPECT_EQ(fetch(m_server.address(file), rate).failure, Case::tooSlow);
-    const FetchLimits whole{.bytes = 1000, .window = 20s, .windowBytes = 1, .whole = 500ms};
+    const FetchLimits whole{.bytes = 1000, .window = 20s, .windowBytes = 1, .whole = 2s};
     EXPECT_EQ(fetch(m_server.address(file), whole).failure, Case::tooSlow);
 }
 

@@ -6,7 +6,6 @@
 #include "updates/TestAuthority.h"
 
 #include <QHostAddress>
-#include <QSslSocket>
 #include <QTimer>
 
 #include <algorithm>
@@ -71,6 +70,25 @@ void TestServer::take(QSslSocket *socket)
     socket->readAll();
     m_requests.append(head);
     const QString path = QString::fromLatin1(head.split(' ').value(1));
+    if (m_isHeld) {
+        m_waiting.append({socket, path});
+    } else {
+        reply(socket, path);
+    }
+}
+
+void TestServer::release()
+{
+    m_isHeld = false;
+    for (const auto &[socket, path] : std::exchange(m_waiting, {})) {
+        if (socket) {
+            reply(socket, path);
+        }
+    }
+}
+
+void TestServer::reply(QSslSocket *socket, const QString &path)
+{
     Answer missing;
     missing.status = 404;
     missing.body = "not here";

@@ -6,11 +6,13 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QPointer>
+#include <QSslSocket>
 #include <QString>
 #include <QTcpServer>
 #include <QUrl>
 
-class QSslSocket;
+#include <utility>
 
 namespace quillmark::test {
 
@@ -53,6 +55,10 @@ public:
     }
     void redirect(const QString &path, const QByteArray &location, int status = 302);
 
+    /// From now on requests wait for release().
+    void hold() { m_isHeld = true; }
+    void release();
+
     /// The heads of the requests, in their order.
     const QList<QByteArray> &requests() const { return m_requests; }
     /// How often a path was asked for.
@@ -63,11 +69,14 @@ protected:
 
 private:
     void take(QSslSocket *socket);
+    void reply(QSslSocket *socket, const QString &path);
     void reply(QSslSocket *socket, const Answer &answer);
 
     const Kind m_kind;
     QHash<QString, Answer> m_answers;
     QList<QByteArray> m_requests;
+    QList<std::pair<QPointer<QSslSocket>, QString>> m_waiting;
+    bool m_isHeld = false;
 };
 
 } // namespace quillmark::test
