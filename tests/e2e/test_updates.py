@@ -9,7 +9,7 @@ import urllib.parse
 from harness.accessible import BUTTON, DIALOG, MENU_ITEM
 from harness.case import WindowCase
 from harness.feed import Feed
-from harness.install import install
+from harness.install import can_hide_programs, install, trusting
 from harness.waiting import WORK_DEADLINE, wait_until
 
 UPDATES = "Check for Updates…"
@@ -32,11 +32,11 @@ class Updates(WindowCase):
         self.enterContext(feed)
         return feed
 
-    def start(self, feed=None, **options):
+    def start(self, feed=None, wrapper=(), **options):
         executable = install(self.desktop.folder("prefix"))
         if feed:
             feed.configure(executable, **options)
-        return self.open(executable, XDG_CACHE_HOME=str(self.cache),
+        return self.open(executable, wrapper, XDG_CACHE_HOME=str(self.cache),
                          PATH=f"{self.opened.parent}:{self.desktop.environment['PATH']}")
 
     def check(self, program):
@@ -169,6 +169,20 @@ class Updates(WindowCase):
         self.assertTrue(any(text.startswith("The update server cannot prove")
                             for text in program.texts()), program.texts())
         self.assertEqual(feed.requests, [])
+
+    @unittest.skipUnless(can_hide_programs(), "no leave to make a mount namespace")
+    def test_server_that_the_system_trusts_is_believed(self):
+        feed = self.serve(tls=True)
+        feed.publish("99.0", b"the package" * 100_000)
+        program = self.start(feed, trusting(feed.certificate, self.desktop.folder("trusted")))
+
+        self.check(program)
+        program.press("INSTALL")
+
+        program.wait_for("Ready to install")
+        wait_until(self.opened.exists, "the package to be opened")
+        self.assertEqual(feed.requests,
+                         ["/appcast.xml", "/appcast.xml.sig", "/quillmark_99.0.deb"])
 
     def test_skipped_version_is_remembered(self):
         feed = self.serve()

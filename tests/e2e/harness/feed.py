@@ -53,7 +53,8 @@ class Feed:
         self._server.over = threading.Event()
         if tls:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-            context.load_cert_chain(_certificate(folder))
+            self.certificate, key = _make_certificate(folder)
+            context.load_cert_chain(self.certificate, key)
             self._server.socket = context.wrap_socket(self._server.socket, server_side=True)
         self._base = f"{'https' if tls else 'http'}://127.0.0.1:{self._server.server_port}"
 
@@ -103,14 +104,11 @@ class Feed:
         return answer.stdout.strip()
 
 
-def _certificate(folder):
-    """A certificate and its key that nobody has reason to trust, in one file."""
-    file = folder / "server.pem"
+def _make_certificate(folder):
+    """A certificate that nobody has reason to trust, and its key."""
+    certificate, key = folder / "server.pem", folder / "server.key"
     subprocess.run(["openssl", "req", "-x509", "-nodes", "-days", "2", "-newkey", "ec",
                     "-pkeyopt", "ec_paramgen_curve:prime256v1", "-subj", "/CN=127.0.0.1",
                     "-addext", "subjectAltName=IP:127.0.0.1",
-                    "-keyout", file.with_suffix(".key"), "-out", file],
-                   check=True, capture_output=True)
-    with open(file, "ab") as out:
-        out.write(file.with_suffix(".key").read_bytes())
-    return file
+                    "-keyout", key, "-out", certificate], check=True, capture_output=True)
+    return certificate, key
