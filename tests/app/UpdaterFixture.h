@@ -95,4 +95,31 @@ protected:
     bool m_hasInstaller = true;
 };
 
+/// A test of an updater without a window.
+class UpdaterCase : public ::testing::Test, protected UpdaterFixture
+{
+protected:
+    /// An updater that asks the user about version 2.0.
+    std::unique_ptr<Updater> offering()
+    {
+        m_feed.add(m_next);
+        auto updater = makeUpdater();
+        updater->checkForUpdates();
+        EXPECT_TRUE(reaches(*updater, Updater::Stage::Available));
+        return updater;
+    }
+    void expectFailure(Updater &updater, UpdateError::Case which, const QString &detail = {})
+    {
+        EXPECT_TRUE(reaches(updater, Updater::Stage::Failed));
+        EXPECT_EQ(updater.errorText(), UpdateError(which, detail).description());
+        EXPECT_TRUE(updater.isWindowWanted());
+        EXPECT_TRUE(updater.canCheckForUpdates());
+        EXPECT_TRUE(nothingIsLeft());
+        EXPECT_TRUE(m_opened.isEmpty());
+    }
+
+    /// The version that is published.
+    const QString m_next = QStringLiteral("2.0");
+};
+
 } // namespace quillmark::test

@@ -15,31 +15,9 @@ namespace {
 
 using Stage = Updater::Stage;
 
-const QString next = QStringLiteral("2.0");
 const QString feedPath = test::PublishedFeed::path();
 
-class UpdaterTest : public ::testing::Test, protected test::UpdaterFixture
-{
-protected:
-    /// An updater that asks the user about version 2.0.
-    std::unique_ptr<Updater> offering()
-    {
-        m_feed.add(next);
-        auto updater = makeUpdater();
-        updater->checkForUpdates();
-        EXPECT_TRUE(reaches(*updater, Stage::Available));
-        return updater;
-    }
-    void expectFailure(Updater &updater, UpdateError::Case which, const QString &detail = {})
-    {
-        EXPECT_TRUE(reaches(updater, Stage::Failed));
-        EXPECT_EQ(updater.errorText(), UpdateError(which, detail).description());
-        EXPECT_TRUE(updater.isWindowWanted());
-        EXPECT_TRUE(updater.canCheckForUpdates());
-        EXPECT_TRUE(nothingIsLeft());
-        EXPECT_TRUE(m_opened.isEmpty());
-    }
-};
+using UpdaterTest = test::UpdaterCase;
 
 TEST_F(UpdaterTest, withoutAConfigurationItNeverStarts)
 {
@@ -87,12 +65,12 @@ TEST_F(UpdaterTest, offersANewVersionWithItsNotes)
     const auto updater = offering();
     EXPECT_TRUE(updater->isWindowWanted());
     EXPECT_FALSE(updater->canCheckForUpdates());
-    EXPECT_EQ(updater->newVersion(), next);
+    EXPECT_EQ(updater->newVersion(), m_next);
     EXPECT_EQ(updater->currentVersion(), QStringLiteral("1.0"));
     ASSERT_EQ(updater->notes()->rowCount(), 1);
     EXPECT_EQ(updater->notes()->data(updater->notes()->index(0), NotesModel::TextRole).toString(),
               QStringLiteral("What is new in 2.0"));
-    EXPECT_EQ(m_server.count(test::PublishedFeed::packagePath(next)), 0);
+    EXPECT_EQ(m_server.count(test::PublishedFeed::packagePath(m_next)), 0);
 }
 
 TEST_F(UpdaterTest, hasThePackageInstalledByTheDesktop)
@@ -127,7 +105,7 @@ TEST_F(UpdaterTest, withoutAnInstallerNothingStays)
 
 TEST_F(UpdaterTest, cancelledWhileItFetchesTheFeed)
 {
-    m_feed.add(next);
+    m_feed.add(m_next);
     stall(feedPath, 1000);
     const auto updater = makeUpdater();
     updater->checkForUpdates();
@@ -140,7 +118,7 @@ TEST_F(UpdaterTest, cancelledWhileItFetchesTheFeed)
 
 TEST_F(UpdaterTest, cancelledWhileItFetchesTheSignature)
 {
-    m_feed.add(next);
+    m_feed.add(m_next);
     const QString signature = feedPath + QStringLiteral(".sig");
     stall(signature, 100);
     const auto updater = makeUpdater();
@@ -157,13 +135,13 @@ TEST_F(UpdaterTest, cancelledWhileItAsks)
     updater->dismiss();
     EXPECT_EQ(updater->stage(), Stage::Idle);
     EXPECT_EQ(UpdateMemory::skippedVersion(), QString());
-    EXPECT_EQ(m_server.count(test::PublishedFeed::packagePath(next)), 0);
+    EXPECT_EQ(m_server.count(test::PublishedFeed::packagePath(m_next)), 0);
 }
 
 TEST_F(UpdaterTest, cancelledWhileItDownloads)
 {
     const auto updater = offering();
-    stall(test::PublishedFeed::packagePath(next), 9);
+    stall(test::PublishedFeed::packagePath(m_next), 9);
     updater->install();
     ASSERT_TRUE(QTest::qWaitFor([&] { return updater->received() > 0; }, 20'000));
     EXPECT_FALSE(nothingIsLeft());
@@ -175,7 +153,7 @@ TEST_F(UpdaterTest, cancelledWhileItDownloads)
 
 TEST_F(UpdaterTest, cancelledWhileItVerifies)
 {
-    m_feed.add(m_feed.item(next, QByteArray(5'000'000, 'p')));
+    m_feed.add(m_feed.item(m_next, QByteArray(5'000'000, 'p')));
     const auto updater = makeUpdater();
     updater->checkForUpdates();
     ASSERT_TRUE(reaches(*updater, Stage::Available));
@@ -194,7 +172,7 @@ TEST_F(UpdaterTest, cancelledWhileItVerifies)
 TEST_F(UpdaterTest, goneWhileItDownloads)
 {
     auto updater = offering();
-    stall(test::PublishedFeed::packagePath(next), 9);
+    stall(test::PublishedFeed::packagePath(m_next), 9);
     updater->install();
     ASSERT_TRUE(QTest::qWaitFor([&] { return updater->received() > 0; }, 20'000));
     updater.reset();
@@ -203,7 +181,7 @@ TEST_F(UpdaterTest, goneWhileItDownloads)
 
 TEST_F(UpdaterTest, saysWhatIsWrongWithAFeed)
 {
-    m_feed.add(next);
+    m_feed.add(m_next);
     const auto updater = makeUpdater();
     m_server.answer(feedPath, QByteArray("another feed"));
     updater->checkForUpdates();
@@ -226,7 +204,7 @@ TEST_F(UpdaterTest, saysWhatIsWrongWithAFeed)
 TEST_F(UpdaterTest, refusesAPackageThatWasSwapped)
 {
     const auto updater = offering();
-    m_server.answer(test::PublishedFeed::packagePath(next), QByteArray("b package"));
+    m_server.answer(test::PublishedFeed::packagePath(m_next), QByteArray("b package"));
     updater->install();
     expectFailure(*updater, UpdateError::Case::packageForged);
 }
@@ -234,7 +212,7 @@ TEST_F(UpdaterTest, refusesAPackageThatWasSwapped)
 TEST_F(UpdaterTest, refusesAPackageOfAnotherSize)
 {
     const auto updater = offering();
-    m_server.answer(test::PublishedFeed::packagePath(next), QByteArray("a package and more"));
+    m_server.answer(test::PublishedFeed::packagePath(m_next), QByteArray("a package and more"));
     updater->install();
     expectFailure(*updater, UpdateError::Case::packageSizeWrong);
 }
@@ -247,116 +225,9 @@ TEST_F(UpdaterTest, neverGoesBack)
     EXPECT_TRUE(reaches(*updater, Stage::UpToDate));
 }
 
-TEST_F(UpdaterTest, remembersTheNewestFeed)
-{
-    m_feed.add(QStringLiteral("1.5"));
-    const QByteArray old = m_feed.bytes();
-    m_feed.add(next);
-    makeUpdater(); // one that only starts believes nothing
-    {
-        const auto updater = makeUpdater();
-        updater->checkForUpdates();
-        ASSERT_TRUE(reaches(*updater, Stage::Available));
-    }
-    m_feed.publish(old);
-    const auto updater = makeUpdater();
-    updater->checkForUpdates();
-    expectFailure(*updater, UpdateError::Case::feedReplayed);
-}
-
-TEST_F(UpdaterTest, feedThatIsNotBelievedLeavesNoDate)
-{
-    m_feed.add(next);
-    m_feed.publishSignature(m_feed.signatureOf("another feed"));
-    const auto updater = makeUpdater();
-    updater->checkForUpdates();
-    expectFailure(*updater, UpdateError::Case::feedForged);
-    EXPECT_FALSE(UpdateMemory::newestFeed(configuration().feed));
-}
-
-TEST_F(UpdaterTest, skippedVersionIsNotOfferedOnSchedule)
-{
-    offering()->skip();
-    EXPECT_EQ(UpdateMemory::skippedVersion(), next);
-    settings().remove(QStringLiteral("co.larkhollow.quillmark.updates.lastCheck"));
-    const auto updater = makeUpdater(true);
-    QSignalSpy stages(updater.get(), &Updater::stageChanged);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return stages.count() == 2; }, 20'000));
-    EXPECT_EQ(updater->stage(), Stage::Idle);
-    EXPECT_TRUE(UpdateMemory::lastCheck());
-
-    updater->checkForUpdates();
-    EXPECT_TRUE(reaches(*updater, Stage::Available)) << "who asks is told";
-}
-
-TEST_F(UpdaterTest, versionAfterASkippedOneIsOffered)
-{
-    offering()->skip();
-    m_feed.add(QStringLiteral("2.0.1"));
-    settings().remove(QStringLiteral("co.larkhollow.quillmark.updates.lastCheck"));
-    const auto updater = makeUpdater(true);
-    ASSERT_TRUE(reaches(*updater, Stage::Available));
-    EXPECT_EQ(updater->newVersion(), QStringLiteral("2.0.1"));
-}
-
-TEST_F(UpdaterTest, scheduledCheckShowsOnlyANewVersion)
-{
-    m_feed.add(next);
-    const auto updater = makeUpdater(true);
-    EXPECT_FALSE(updater->isWindowWanted());
-    ASSERT_TRUE(reaches(*updater, Stage::Checking));
-    EXPECT_FALSE(updater->isWindowWanted());
-    EXPECT_FALSE(updater->canCheckForUpdates());
-    ASSERT_TRUE(reaches(*updater, Stage::Available));
-    EXPECT_TRUE(updater->isWindowWanted());
-    EXPECT_FALSE(updater->isUserInitiated());
-    updater->install();
-    EXPECT_TRUE(updater->isWindowWanted()) << "from now on the user wants it";
-}
-
-TEST_F(UpdaterTest, scheduledCheckFailsSilently)
-{
-    const auto updater = makeUpdater(true);
-    QSignalSpy stages(updater.get(), &Updater::stageChanged);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return stages.count() == 2; }, 20'000));
-    EXPECT_EQ(updater->stage(), Stage::Idle);
-    EXPECT_FALSE(updater->isWindowWanted());
-    EXPECT_EQ(m_server.count(feedPath), 1);
-    EXPECT_TRUE(UpdateMemory::lastCheck()) << "not again before the next is due";
-}
-
-TEST_F(UpdaterTest, scheduleKeepsTheInterval)
-{
-    m_feed.add(next);
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    const auto updaterAfter = [&](const QDateTime &last) {
-        UpdateMemory::setLastCheck(last);
-        return makeUpdater(true);
-    };
-    for (const QDateTime &recent : {now, now.addSecs(60 - 86'400)}) {
-        const auto updater = updaterAfter(recent);
-        QTest::qWait(0);
-        EXPECT_EQ(updater->stage(), Stage::Idle);
-    }
-    EXPECT_TRUE(m_server.requests().isEmpty());
-    const QDateTime fromAWrongClock = now.addDays(100);
-    for (const QDateTime &due : {now.addSecs(-86'400), fromAWrongClock}) {
-        EXPECT_TRUE(reaches(*updaterAfter(due), Stage::Checking));
-    }
-}
-
-TEST_F(UpdaterTest, withoutAutomaticChecksNothingIsFetched)
-{
-    m_feed.add(next);
-    const auto updater = makeUpdater(false);
-    QTest::qWait(0);
-    EXPECT_EQ(updater->stage(), Stage::Idle);
-    EXPECT_TRUE(m_server.requests().isEmpty());
-}
-
 TEST_F(UpdaterTest, onlySafePagesOfNotesAreOffered)
 {
-    AppcastItem item = m_feed.item(next);
+    AppcastItem item = m_feed.item(m_next);
     item.notesAddress = QUrl(QStringLiteral("file:///etc/hostname"));
     m_feed.add(item);
     const auto updater = makeUpdater();
