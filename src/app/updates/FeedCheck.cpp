@@ -75,8 +75,8 @@ FeedCheck::FeedCheck(QNetworkAccessManager &network, FeedQuestion question,
 
 void FeedCheck::start()
 {
-    m_fetch = std::make_unique<HttpFetch>(m_network, m_limits,
-                                          [this](const QByteArray &bytes) { m_feed += bytes; });
+    m_fetch = std::make_unique<HttpFetch>(
+        m_network, m_limits, [this](const QByteArray &bytes) { m_feed += bytes; }, this);
     connect(m_fetch.get(), &HttpFetch::finished, this, &FeedCheck::fetchSignature);
     connect(m_fetch.get(), &HttpFetch::failed, this, &FeedCheck::failed);
     m_fetch->start(m_question.configuration.feed);
@@ -88,7 +88,7 @@ void FeedCheck::fetchSignature()
     limits.bytes = largestSignature;
     m_fetch.release()->deleteLater();
     m_fetch = std::make_unique<HttpFetch>(
-        m_network, limits, [this](const QByteArray &bytes) { m_signature += bytes; });
+        m_network, limits, [this](const QByteArray &bytes) { m_signature += bytes; }, this);
     connect(m_fetch.get(), &HttpFetch::finished, this, &FeedCheck::decide);
     connect(m_fetch.get(), &HttpFetch::failed, this, &FeedCheck::takeSignatureError);
     m_fetch->start(signatureAddress(m_question.configuration.feed));

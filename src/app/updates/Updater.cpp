@@ -20,7 +20,8 @@ using namespace std::chrono_literals;
 /// The longest that the schedule sleeps at once: timers stand still while the machine does.
 constexpr std::chrono::milliseconds longestSleep = 1h;
 
-/// Whoever is told of an end may be in the middle of a signal of what has ended.
+/// Whoever is told of an end may be in the middle of a signal of what has ended. What is not
+/// deleted later goes with its parent.
 template <typename Work>
 void discard(std::unique_ptr<Work> &work)
 {
@@ -83,7 +84,8 @@ void Updater::check(bool userInitiated)
                           .currentVersion = m_surroundings.currentVersion,
                           .system = m_surroundings.system,
                           .newestSeen = UpdateMemory::newestFeed(m_configuration->feed)};
-    m_check = std::make_unique<FeedCheck>(network(), std::move(question), m_surroundings.feed);
+    m_check =
+        std::make_unique<FeedCheck>(network(), std::move(question), m_surroundings.feed, this);
     connect(m_check.get(), &FeedCheck::answered, this, &Updater::takeAnswer);
     connect(m_check.get(), &FeedCheck::failed, this, &Updater::takeCheckError);
     m_check->start();
@@ -132,7 +134,7 @@ void Updater::install()
     m_received = 0;
     m_expected = m_item->packageBytes > 0 ? m_item->packageBytes : -1;
     m_download = std::make_unique<PackageDownload>(network(), *m_item, m_configuration->publicKey,
-                                                   m_surroundings.package);
+                                                   m_surroundings.package, this);
     connect(m_download.get(), &PackageDownload::progressed, this,
             [this](qint64 received, qint64 expected) {
                 m_received = received;
