@@ -93,6 +93,19 @@ TEST_F(UpdaterMemory, scheduledCheckFailsSilently)
     EXPECT_TRUE(UpdateMemory::lastCheck()) << "not again before the next is due";
 }
 
+TEST_F(UpdaterMemory, oneProcessChecksOnceWhateverBecomesOfTheSettings)
+{
+    m_feed.add(QStringLiteral("1.0"));
+    const auto updater = makeUpdater(true);
+    QSignalSpy stages(updater.get(), &Updater::stageChanged);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stages.count() == 2; }, 20'000));
+    settings().clear();
+    updater->dismiss(); // has the schedule begin anew
+    QTest::qWait(0);
+    EXPECT_EQ(updater->stage(), Stage::Idle);
+    EXPECT_EQ(m_server.count(feedPath), 1);
+}
+
 TEST_F(UpdaterMemory, scheduleKeepsTheInterval)
 {
     m_feed.add(m_next);

@@ -95,7 +95,7 @@ void Updater::check(bool userInitiated)
 void Updater::takeAnswer(const FeedAnswer &answer)
 {
     discard(m_check);
-    UpdateMemory::setLastCheck(QDateTime::currentDateTimeUtc());
+    noteCheck();
     UpdateMemory::noteFeed(m_configuration->feed, answer.feedDate);
     if (!answer.update) {
         setStage(m_userInitiated ? Stage::UpToDate : Stage::Idle);
@@ -117,7 +117,7 @@ void Updater::takeAnswer(const FeedAnswer &answer)
 void Updater::takeCheckError(const UpdateError &error)
 {
     discard(m_check);
-    UpdateMemory::setLastCheck(QDateTime::currentDateTimeUtc());
+    noteCheck();
     if (m_userInitiated) {
         fail(error);
     } else {
@@ -214,10 +214,17 @@ void Updater::setStage(Stage stage)
     }
 }
 
+void Updater::noteCheck()
+{
+    // Here too: where settings cannot be written, the server is not to be asked without end.
+    m_lastCheck = QDateTime::currentDateTimeUtc();
+    UpdateMemory::setLastCheck(*m_lastCheck);
+}
+
 std::chrono::milliseconds Updater::timeUntilDue() const
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    const auto last = UpdateMemory::lastCheck();
+    const auto last = m_lastCheck ? m_lastCheck : UpdateMemory::lastCheck();
     // A check in the future was made by a clock that was wrong then, or is wrong now.
     if (!last || *last > now) {
         return 0ms;

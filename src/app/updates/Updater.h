@@ -128,6 +128,7 @@ private:
     void fail(const UpdateError &error);
     void setStage(Stage stage);
     void endWork();
+    void noteCheck();
     void schedule();
     void checkIfDue();
     std::chrono::milliseconds timeUntilDue() const;
@@ -142,6 +143,7 @@ private:
     std::unique_ptr<PackageDownload> m_download;
     NotesModel m_notes;
     std::optional<AppcastItem> m_item;
+    std::optional<QDateTime> m_lastCheck; ///< of this process
     QString m_errorText;
     Stage m_stage = Stage::Idle;
     bool m_started = false;
