@@ -14,7 +14,12 @@ import Quillmark
 Window {
     id: root
 
-    readonly property bool covered: menu.shown || about.shown
+    /// Null where nothing looks for updates.
+    property UpdaterCoordinator updates: null
+
+    readonly property Updater updater: root.updates?.controller.updater ?? null
+    readonly property bool dialogShown: about.shown || update.shown
+    readonly property bool covered: menu.shown || root.dialogShown
 
     title: "Quillmark"
     width: 1000
@@ -54,6 +59,7 @@ Window {
 
     WindowActions {
         id: actions
+        updater: root.updater
         onAboutRequested: about.open()
         onQuitRequested: root.close()
     }
@@ -77,7 +83,7 @@ Window {
         id: bar
         objectName: "menuBar"
         width: root.width
-        enabled: !about.shown && !modal.blocked
+        enabled: !root.dialogShown && !modal.blocked
         text: "Quillmark"
         open: menu.shown
         onOpened: menu.open()
@@ -88,12 +94,13 @@ Window {
         anchors.top: bar.bottom
         anchors.bottom: parent.bottom
         width: root.width
-        enabled: !about.shown
+        enabled: !root.dialogShown
         onScreenShown: {
             menu.forgetReturn();
             menu.close();
             about.forgetReturn();
-            if (!about.shown) {
+            update.forgetReturn();
+            if (!root.dialogShown) {
                 content.takeFocus();
             }
         }
@@ -122,6 +129,13 @@ Window {
         id: about
         anchors.fill: parent
         file: "AboutDialog.qml"
+        onFocusLost: content.takeFocus()
+    }
+    UpdateOpener {
+        id: update
+        anchors.fill: parent
+        updater: root.updater
+        welcome: root.visible && content.idle && !menu.shown && !about.shown && !modal.blocked
         onFocusLost: content.takeFocus()
     }
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/Accessibility.h"
+#include "app/updates/UpdaterCoordinator.h"
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
@@ -102,7 +103,9 @@ int main(int argc, char **argv)
     const std::jthread fontList([] { QFontDatabase::families(); });
 
     quillmark::installAccessibility();
+    quillmark::UpdaterCoordinator updates;
     QQmlApplicationEngine engine;
+    engine.setInitialProperties({{QStringLiteral("updates"), QVariant::fromValue(&updates)}});
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
     if (engine.rootObjects().isEmpty()) {

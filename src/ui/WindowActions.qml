@@ -4,13 +4,13 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Quillmark
 
 /// What the window's menu asks of the window.
 QtObject {
-    /// Whether updates can be looked for now.
-    property bool canCheckForUpdates: false
+    /// What looks for updates; null where nothing does.
+    property Updater updater: null
 
     signal aboutRequested
-    signal updateCheckRequested
     signal quitRequested
 }

@@ -23,14 +23,13 @@ MenuPopup {
             root.actions.aboutRequested();
         }
     }
-    MenuLine {
+    CheckForUpdatesView {
         width: parent.width
-        text: "Check for Updates\u2026"
-        available: root.actions.canCheckForUpdates
-        onChosen: {
-            root.close();
-            root.actions.updateCheckRequested();
+        updater: root.actions.updater
+        viewModel: CheckForUpdatesViewModel {
+            updater: root.actions.updater
         }
+        onAboutToCheck: root.close()
     }
     MenuLine {
         width: parent.width

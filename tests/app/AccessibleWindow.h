@@ -17,6 +17,8 @@ namespace quillmark::test {
 class AccessibleWindow : public MainWindow
 {
 protected:
+    using MainWindow::MainWindow;
+
     static QList<QAccessibleInterface *> below(QAccessibleInterface *parent)
     {
         QList<QAccessibleInterface *> all;

@@ -10,6 +10,7 @@
 #include <QQuickWindow>
 #include <QSettings>
 #include <QTest>
+#include <QVariantMap>
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,8 @@ namespace quillmark::test {
 class MainWindow : public ::testing::Test
 {
 protected:
-    MainWindow()
+    /// Made with these properties.
+    explicit MainWindow(const QVariantMap &properties = {})
     {
         // The form is to start empty, whatever another test typed.
         QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
@@ -31,7 +33,7 @@ protected:
             .clear();
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent main(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
-        m_window.reset(qobject_cast<QQuickWindow *>(main.create()));
+        m_window.reset(qobject_cast<QQuickWindow *>(main.createWithInitialProperties(properties)));
         if (!m_window) {
             throw std::runtime_error(main.errorString().toStdString());
         }

@@ -48,7 +48,7 @@ ScreenTest {
         show({});
         about().open();
         waitForRendering(item);
-        const box = place(button("CLOSE").parent.parent);
+        const box = place(button("CLOSE").parent.parent.parent);
         fuzzyCompare(box.x, item.width - box.x - box.width, 1);
         fuzzyCompare(box.y, item.height - box.y - box.height, 1);
         verify(box.y > 40);

@@ -71,13 +71,26 @@ def without(*places):
 
     Only that program sees it so: it gets mounts of its own.
     """
-    hide = "".join(
-        f"mount -t tmpfs none '{place}' && " if os.path.isdir(place)
-        else f"mount --bind /dev/null '{place}' && "
-        for place in places if os.path.exists(place)
-    )
+    return _with_mounts(
+        f"-t tmpfs none '{place}'" if os.path.isdir(place) else f"--bind /dev/null '{place}'"
+        for place in places if os.path.exists(place))
+
+
+def trusting(certificate, folder):
+    """A command to put before a program that is to trust this authority, and no other.
+
+    The folder takes the place of the system's.
+    """
+    name = subprocess.run(["openssl", "x509", "-noout", "-hash", "-in", certificate],
+                          check=True, capture_output=True, text=True).stdout.strip()
+    shutil.copy(certificate, folder / f"{name}.0")
+    return _with_mounts([f"--bind '{folder}' /etc/ssl/certs"])
+
+
+def _with_mounts(mounts):
+    steps = "".join(f"mount {each} && " for each in mounts)
     return ["unshare", "--user", "--map-current-user", "--keep-caps", "--mount",
-            "sh", "-c", f'{hide}exec "$@"', "sh"]
+            "sh", "-c", f'{steps}exec "$@"', "sh"]
 
 
 def without_exiftool():
