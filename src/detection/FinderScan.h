@@ -30,6 +30,7 @@ public:
     /// In the order of rows.
     void add(const FinderMark &mark);
     std::vector<FinderMark> take() { return std::move(m_marks); }
+    const std::vector<FinderMark> &marks() const { return m_marks; }
 
 private:
     std::vector<FinderMark> m_marks;
@@ -49,6 +50,9 @@ public:
 
     /// Goes as far as the picture's rows above `end` allow.
     void advance(int end);
+
+    /// What was seen so far.
+    const std::vector<FinderMark> &marks() const { return m_marks.marks(); }
 
     /// Goes to the end of the picture and gives what was seen: the same in however many steps
     /// it came there. To be called once.

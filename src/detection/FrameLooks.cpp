@@ -85,16 +85,17 @@ LumaView FrameLooks::copy(int scale)
     return copyBegun(scale);
 }
 
-bool FrameLooks::follow(LumaRows &rows)
+bool FrameLooks::follow(LumaRows &rows, int end)
 {
     int there = 0;
-    for (int end = 0; end < rows.height();) {
-        end = std::min(end + rowsTogether, rows.height());
-        there = there < end ? rows.await(end) : there;
-        if (there < end) {
+    while (m_followed < end) {
+        const int next = std::min(m_followed + rowsTogether, end);
+        there = there < next ? rows.await(next) : there;
+        if (there < next) {
             return false;
         }
-        advance(end);
+        advance(next);
+        m_followed = next;
     }
     return true;
 }

@@ -36,13 +36,19 @@ public:
     /// Goes with all looks as far as the frame's rows above `end` allow.
     void advance(int end);
 
-    /// Goes with all looks while the frame's rows come, until all are there. False where the
-    /// frame was abandoned.
-    bool follow(LumaRows &rows);
+    /// Goes with all looks while the frame's rows come, until they are there up to `end`. False
+    /// where the frame was abandoned.
+    bool follow(LumaRows &rows, int end);
 
     int count() const { return static_cast<int>(m_looks.size()); }
     /// The part of the frame's size at which a look is taken: 1, 3 or 9.
     int scale(int index) const { return m_looks[static_cast<std::size_t>(index)].scale; }
+
+    /// What a look has seen so far, in pixels of the copy.
+    const std::vector<FinderMark> &marksSoFar(int index) const
+    {
+        return m_looks[static_cast<std::size_t>(index)].scan.marks();
+    }
 
     // From here on the whole frame is there.
 
@@ -65,6 +71,7 @@ private:
     void addLook(int scale, int quarters, int rowStep);
 
     LumaView m_frame;
+    int m_followed = 0; ///< rows
     BoxReduction m_third;
     BoxReduction m_ninth;
     std::vector<Look> m_looks;

@@ -13,6 +13,7 @@
 #include "detection/FrameCopy.h"
 #include "detection/GridReader.h"
 #include "detection/Reduce.h"
+#include "detection/RegionImage.h"
 #include "detection/SecondOpinion.h"
 #include "detection/Sharpen.h"
 
@@ -20,6 +21,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <optional>
@@ -32,6 +34,9 @@ namespace {
 constexpr std::size_t smallPicture = 3'000'000; // pixels
 constexpr std::size_t smallCopy = 1'500'000;    // of a frame that is larger itself
 constexpr std::size_t tinyPicture = 250'000;
+constexpr int earlyLooks = 8; // while a frame's rows come
+constexpr std::size_t mostEarlyMarks = 40;
+constexpr std::size_t mostEarlyTriangles = 3;
 constexpr std::size_t mostPooled = 250;     // marks; among more, those of a look stay by themselves
 constexpr std::size_t mostTriangles = 24;   // of a look
 constexpr std::size_t mostPaired = 14;      // marks
@@ -100,15 +105,67 @@ LumaView FrameSearch::copy(int scale)
         return known->second;
     }
     // From a copy that is there already, where one divides it: that is less to read.
-    int from = 1;
+    int from = scale % 3 == 0 ? 3 : 1;
     for (const auto &[other, image] : m_copies) {
         from = scale % other == 0 ? other : from;
     }
     return m_copies.emplace(scale, reduceByBox(copy(from), scale / from)).first->second;
 }
 
+int FrameSearch::earlyEnd(int look) const
+{
+    return static_cast<int>(std::int64_t{m_frame.height} * look / earlyLooks);
+}
+
+bool FrameSearch::follow(LumaRows &rows)
+{
+    m_isFollowed = true;
+    for (int i = 1; i <= earlyLooks && !isOver(); ++i) {
+        if (!m_looks.follow(rows, earlyEnd(i))) {
+            return false;
+        }
+        lookEarly(earlyEnd(i));
+    }
+    return true;
+}
+
+/// Looks for a large and clear code among the rows above `end`, which may be all that are there.
+void FrameSearch::lookEarly(int end)
+{
+    if (m_looks.count() == 0) {
+        return;
+    }
+    std::vector<FinderMark> marks = m_looks.marksSoFar(0);
+    const int scale = m_looks.scale(0);
+    for (FinderMark &mark : marks) {
+        mark.x *= scale;
+        mark.y *= scale;
+        mark.module *= scale;
+    }
+    // What is looked at between two marks lies no farther out.
+    constexpr double reach = 12; // modules
+    std::erase_if(marks,
+                  [&](const FinderMark &mark) { return mark.y + reach * mark.module >= end; });
+    if (marks.size() == m_earlyMarks || marks.size() > mostEarlyMarks) {
+        return;
+    }
+    m_earlyMarks = marks.size();
+    for (const FinderTriangle &triangle : findTriangles(m_frame, marks, mostEarlyTriangles)) {
+        const bool isThere =
+            end == m_frame.height || RegionImage::lowestRow(triangle) < end;
+        if (isThere && !isOver()) {
+            tryTriangle(triangle);
+        }
+    }
+}
+
 void FrameSearch::run()
 {
+    // Whether it was followed or not must make no difference.
+    for (int i = 1; i <= earlyLooks && !m_isFollowed && !isOver(); ++i) {
+        m_looks.advance(earlyEnd(i));
+        lookEarly(earlyEnd(i));
+    }
     for (int i = 0; i < m_looks.count() && mayTryMore(); ++i) {
         const int scale = m_looks.scale(i);
         takeIn(m_looks.marks(i), m_looks.copy(scale), {0, 0}, scale);
@@ -145,14 +202,23 @@ void FrameSearch::run()
     }
 }
 
-/// Looks harder where the frame is busy as a code is.
+/// Where the frame is busy as a code is, on its copy.
+const std::vector<PixelArea> &FrameSearch::regionsAt(int scale)
+{
+    const auto known = m_regions.find(scale);
+    return known != m_regions.end()
+               ? known->second
+               : m_regions.emplace(scale, findCodeRegions(copy(scale))).first->second;
+}
+
+/// Looks harder there.
 void FrameSearch::lookAtRegions(int scale)
 {
     if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
         return;
     }
     const LumaView picture = copy(scale);
-    for (const PixelArea &area : findCodeRegions(picture)) {
+    for (const PixelArea &area : regionsAt(scale)) {
         const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
                                 static_cast<double>(std::max(area.top, 0))};
         const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
@@ -177,7 +243,7 @@ void FrameSearch::lookForShapes(int scale)
         return;
     }
     const LumaView picture = copy(scale);
-    for (const PixelArea &area : findCodeRegions(picture)) {
+    for (const PixelArea &area : regionsAt(scale)) {
         const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
                               area.height * scale};
         const auto isLike = [&whole](const PixelArea &known) { return areAlike(whole, known); };

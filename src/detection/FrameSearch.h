@@ -30,7 +30,7 @@ public:
 
     /// Looks at a frame while its rows come, which makes run() shorter and changes nothing
     /// else. False where the frame was abandoned, and there is nothing to search.
-    bool follow(LumaRows &rows) { return m_looks.follow(rows); }
+    bool follow(LumaRows &rows);
 
     /// To be called when the whole frame is there. Goes on until a look reads a slate, or there is
     /// nothing left to try. Another text does not end the search, however much it looks like one:
@@ -47,6 +47,9 @@ private:
     /// The frame at 1/scale of its size.
     LumaView copy(int scale);
 
+    int earlyEnd(int look) const;
+    void lookEarly(int end);
+    const std::vector<PixelArea> &regionsAt(int scale);
     void lookAtRegions(int scale);
     void lookAtRegion(const LumaView &part, PixelPoint corner, int scale, int sharpening);
     void takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner, int scale);
@@ -63,11 +66,14 @@ private:
 
     LumaView m_frame;
     FrameLooks m_looks;
+    bool m_isFollowed = false;
+    std::size_t m_earlyMarks = 0;      ///< that the last early look saw
     std::map<int, LumaImage> m_copies; ///< beyond those of m_looks
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
-    std::vector<PixelArea> m_shapeAreas; ///< where shapes were looked for
-    std::size_t m_spent = 0;             ///< on comparing marks
+    std::map<int, std::vector<PixelArea>> m_regions; ///< by scale, in pixels of the copy
+    std::vector<PixelArea> m_shapeAreas;             ///< where shapes were looked for
+    std::size_t m_spent = 0;                         ///< on comparing marks
     SymbolList &m_symbols;
 };
 

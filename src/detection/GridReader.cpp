@@ -77,7 +77,7 @@ SymbolCorners cornersOf(const RegionImage &picture, const SymbolGrid &grid)
 std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid, bool &isCode)
 {
     const SymbolPattern pattern(grid.version());
-    ModuleLevels levels = ModuleEqualiser(picture, grid, pattern).plain(4);
+    ModuleLevels levels = plainLevels(picture, grid, 4);
     if (knownWrong(pattern, levels) > mostKnownWrong) {
         return std::nullopt;
     }

@@ -68,6 +68,26 @@ private:
 // matrix library that never run.
 using Rows = Eigen::Matrix<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
 
+/// The mean light around a place of the grid, as far out as a third of a module.
+float lightAt(const RegionImage &picture, const SymbolGrid &grid, double column, double row)
+{
+    constexpr double spread = 1.0 / 6; // modules from sample to sample
+    const PixelPoint middle = grid.at(column, row);
+    const PixelPoint right = grid.at(column + spread, row);
+    const PixelPoint down = grid.at(column, row + spread);
+    const LocalFrame around{middle,
+                            {right.x - middle.x, right.y - middle.y},
+                            {down.x - middle.x, down.y - middle.y},
+                            0};
+    float sum = 0;
+    for (int v = -1; v <= 1; ++v) {
+        for (int u = -1; u <= 1; ++u) {
+            sum += picture.at(around.at(u, v));
+        }
+    }
+    return sum / 9;
+}
+
 /// The weights of the inputs whose sums come nearest to the targets, by ridge regression.
 Eigen::VectorXf bestWeights(const Rows &input, const Eigen::VectorXf &target,
                             const Eigen::VectorXf &weight)
@@ -87,28 +107,11 @@ ModuleEqualiser::ModuleEqualiser(const RegionImage &picture, const SymbolGrid &g
       m_lattice(2 * m_side + 2 * margin + 1),
       m_samples(static_cast<std::size_t>(m_lattice) * static_cast<std::size_t>(m_lattice))
 {
-    constexpr double spread = 1.0 / 6; // of a sample, in modules
     for (int row = 0; row < m_lattice; ++row) {
         for (int column = 0; column < m_lattice; ++column) {
-            const LocalFrame around = [&] {
-                const double x = (column - margin) * 0.5;
-                const double y = (row - margin) * 0.5;
-                const PixelPoint middle = grid.at(x, y);
-                const PixelPoint right = grid.at(x + spread, y);
-                const PixelPoint down = grid.at(x, y + spread);
-                return LocalFrame{middle,
-                                  {right.x - middle.x, right.y - middle.y},
-                                  {down.x - middle.x, down.y - middle.y},
-                                  0};
-            }();
-            float sum = 0;
-            for (int v = -1; v <= 1; ++v) {
-                for (int u = -1; u <= 1; ++u) {
-                    sum += picture.at(around.at(u, v));
-                }
-            }
             m_samples[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_lattice) +
-                      static_cast<std::size_t>(column)] = sum / 9;
+                      static_cast<std::size_t>(column)] =
+                lightAt(picture, grid, (column - margin) * 0.5, (row - margin) * 0.5);
         }
     }
     flatten();
@@ -146,18 +149,32 @@ void ModuleEqualiser::flatten()
     m_samples = std::move(flat);
 }
 
-ModuleLevels ModuleEqualiser::plain(int reach) const
+ModuleLevels plainLevels(const RegionImage &picture, const SymbolGrid &grid, int reach)
 {
-    const auto value = [this](int column, int row) -> double {
-        return sample(2 * column + 1, 2 * row + 1);
+    const int side = grid.side();
+    std::vector<float> light;
+    light.reserve(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+    for (int row = 0; row < side; ++row) {
+        for (int column = 0; column < side; ++column) {
+            light.push_back(lightAt(picture, grid, column + 0.5, row + 0.5));
+        }
+    }
+    const auto value = [&](int column, int row) -> double {
+        return light[static_cast<std::size_t>(row) * static_cast<std::size_t>(side) +
+                     static_cast<std::size_t>(column)];
     };
-    const AreaSums sums(m_side, value);
-    ModuleLevels result{m_side, {}};
-    result.levels.reserve(static_cast<std::size_t>(m_side) * static_cast<std::size_t>(m_side));
-    for (int row = 0; row < m_side; ++row) {
-        for (int column = 0; column < m_side; ++column) {
-            result.levels.push_back(
-                static_cast<float>(value(column, row) - sums.mean(column, row, reach)));
+    const AreaSums sums(side, value);
+    const AreaSums squares(
+        side, [&](int column, int row) { return value(column, row) * value(column, row); });
+    const double mean = sums.mean(side / 2, side / 2, side);
+    const double deviation =
+        std::sqrt(std::max(squares.mean(side / 2, side / 2, side) - mean * mean, 1.0));
+    ModuleLevels result{side, {}};
+    result.levels.reserve(light.size());
+    for (int row = 0; row < side; ++row) {
+        for (int column = 0; column < side; ++column) {
+            result.levels.push_back(static_cast<float>(
+                (sums.mean(column, row, reach) - value(column, row)) / deviation));
         }
     }
     return result;

@@ -24,6 +24,10 @@ struct ModuleLevels {
     }
 };
 
+/// Each module's light against the mean of its neighbourhood, of `reach` modules to each side: all
+/// that crisp codes need. Throws std::bad_alloc. Any thread.
+ModuleLevels plainLevels(const RegionImage &picture, const SymbolGrid &grid, int reach);
+
 /// Tells dark modules from light ones where the lens, the film and the scanner have run them
 /// into one another. The picture is sampled twice to a module; each module is then a weighted sum
 /// of the samples around it, with the weights that explain best what is known of the symbol, and
@@ -35,9 +39,6 @@ class ModuleEqualiser
 public:
     ModuleEqualiser(const RegionImage &picture, const SymbolGrid &grid,
                     const SymbolPattern &pattern);
-
-    /// Each module against the mean of its neighbourhood, of so many modules to each side.
-    ModuleLevels plain(int reach) const;
 
     /// One round of equalisation that starts from what is held to be dark and light, and is sure
     /// in some modules (none may be given).

@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace quillmark {
 namespace {
@@ -17,9 +18,8 @@ constexpr double wantedModule = 4.5; // pixels
 constexpr double quietModules = 5;
 constexpr double leaningShare = 0.25; // of its size by which a corner may lie farther out
 
-} // namespace
-
-RegionImage::RegionImage(const LumaView &frame, const FinderTriangle &triangle)
+/// The top left and the bottom right corner of what belongs to a triangle.
+std::pair<PixelPoint, PixelPoint> cornersAround(const FinderTriangle &triangle)
 {
     const std::array<PixelPoint, 4> corners{{{triangle.corner.x, triangle.corner.y},
                                              {triangle.first.x, triangle.first.y},
@@ -29,8 +29,20 @@ RegionImage::RegionImage(const LumaView &frame, const FinderTriangle &triangle)
     const auto [top, bottom] = std::ranges::minmax(corners, {}, &PixelPoint::y);
     const double size = std::max(right.x - left.x, bottom.y - top.y);
     const double margin = (quietModules + 3.5) * triangle.module + leaningShare * size;
-    take(frame, {left.x - margin, top.y - margin}, {right.x + margin, bottom.y + margin},
-         triangle.module, triangle.corner.isDark);
+    return {{left.x - margin, top.y - margin}, {right.x + margin, bottom.y + margin}};
+}
+
+} // namespace
+
+RegionImage::RegionImage(const LumaView &frame, const FinderTriangle &triangle)
+{
+    const auto [first, last] = cornersAround(triangle);
+    take(frame, first, last, triangle.module, triangle.corner.isDark);
+}
+
+double RegionImage::lowestRow(const FinderTriangle &triangle)
+{
+    return cornersAround(triangle).second.y + 1;
 }
 
 RegionImage::RegionImage(const LumaView &frame, const FinderMark &mark, double reach)

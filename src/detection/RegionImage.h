@@ -23,6 +23,9 @@ public:
     /// The square of `reach` pixels of the frame to each side of a mark. Throws std::bad_alloc.
     RegionImage(const LumaView &frame, const FinderMark &mark, double reach);
 
+    /// Below which row of the frame the part around a triangle does not go.
+    static double lowestRow(const FinderTriangle &triangle);
+
     bool isEmpty() const { return m_width < 2 || m_height < 2; }
     int width() const { return m_width; }
     int height() const { return m_height; }

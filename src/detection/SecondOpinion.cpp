@@ -6,6 +6,7 @@
 #include "detection/Reduce.h"
 
 #include <QByteArray>
+#include <QLibrary>
 
 #include <zbar.h>
 
@@ -20,18 +21,66 @@ namespace {
 constexpr double quietModules = 5;
 constexpr double wantedModule = 4; // pixels
 
+// The library is loaded when it is first asked: it brings those of cameras, windows and a message
+// bus with it, which every start of the program would have to wait for.
+class Library
+{
+public:
+    static const Library *get()
+    {
+        static const Library library;
+        return library.m_isWhole ? &library : nullptr;
+    }
+
+    decltype(&zbar::zbar_image_scanner_create) createScanner = nullptr;
+    decltype(&zbar::zbar_image_scanner_destroy) destroyScanner = nullptr;
+    decltype(&zbar::zbar_image_scanner_set_config) configure = nullptr;
+    decltype(&zbar::zbar_image_create) createImage = nullptr;
+    decltype(&zbar::zbar_image_destroy) destroyImage = nullptr;
+    decltype(&zbar::zbar_image_set_format) setFormat = nullptr;
+    decltype(&zbar::zbar_image_set_size) setSize = nullptr;
+    decltype(&zbar::zbar_image_set_data) setData = nullptr;
+    decltype(&zbar::zbar_scan_image) scan = nullptr;
+    decltype(&zbar::zbar_image_first_symbol) firstSymbol = nullptr;
+    decltype(&zbar::zbar_symbol_get_data) data = nullptr;
+    decltype(&zbar::zbar_symbol_get_data_length) dataLength = nullptr;
+
+private:
+    Library()
+        : m_file(QStringLiteral("zbar"), 0),
+          m_isWhole(
+              find(createScanner, "zbar_image_scanner_create") &&
+              find(destroyScanner, "zbar_image_scanner_destroy") &&
+              find(configure, "zbar_image_scanner_set_config") &&
+              find(createImage, "zbar_image_create") && find(destroyImage, "zbar_image_destroy") &&
+              find(setFormat, "zbar_image_set_format") && find(setSize, "zbar_image_set_size") &&
+              find(setData, "zbar_image_set_data") && find(scan, "zbar_scan_image") &&
+              find(firstSymbol, "zbar_image_first_symbol") && find(data, "zbar_symbol_get_data") &&
+              find(dataLength, "zbar_symbol_get_data_length"))
+    {}
+
+    template <typename Function>
+    bool find(Function &function, const char *name)
+    {
+        function = reinterpret_cast<Function>(m_file.resolve(name));
+        return function != nullptr;
+    }
+
+    QLibrary m_file;
+    bool m_isWhole;
+};
+
 using Scanner = std::unique_ptr<zbar::zbar_image_scanner_t, void (*)(zbar::zbar_image_scanner_t *)>;
 using Image = std::unique_ptr<zbar::zbar_image_t, void (*)(zbar::zbar_image_t *)>;
 
-Scanner makeScanner()
+Scanner makeScanner(const Library &library)
 {
-    using namespace zbar;
-    Scanner scanner(zbar_image_scanner_create(), zbar_image_scanner_destroy);
-    zbar_image_scanner_set_config(scanner.get(), ZBAR_NONE, ZBAR_CFG_ENABLE, 0);
-    zbar_image_scanner_set_config(scanner.get(), ZBAR_QRCODE, ZBAR_CFG_ENABLE, 1);
+    Scanner scanner(library.createScanner(), library.destroyScanner);
+    library.configure(scanner.get(), zbar::ZBAR_NONE, zbar::ZBAR_CFG_ENABLE, 0);
+    library.configure(scanner.get(), zbar::ZBAR_QRCODE, zbar::ZBAR_CFG_ENABLE, 1);
     // The bytes, not the text: that one depends on a guess of the character set.
-    zbar_image_scanner_set_config(scanner.get(), ZBAR_QRCODE, ZBAR_CFG_BINARY, 1);
-    zbar_image_scanner_set_config(scanner.get(), ZBAR_NONE, ZBAR_CFG_TEST_INVERTED, 1);
+    library.configure(scanner.get(), zbar::ZBAR_QRCODE, zbar::ZBAR_CFG_BINARY, 1);
+    library.configure(scanner.get(), zbar::ZBAR_NONE, zbar::ZBAR_CFG_TEST_INVERTED, 1);
     return scanner;
 }
 
@@ -50,23 +99,22 @@ LumaView placeOf(const LumaView &frame, const SymbolCorners &corners, double mod
                          inside(bottom.y + margin, frame.height) - firstRow);
 }
 
-std::optional<QString> read(const LumaImage &picture)
+std::optional<QString> read(const Library &library, const LumaImage &picture)
 {
-    using namespace zbar;
     constexpr unsigned long grey = 0x30303859; // the letters Y800
-    const Scanner scanner = makeScanner();
-    const Image image(zbar_image_create(), zbar_image_destroy);
-    zbar_image_set_format(image.get(), grey);
-    zbar_image_set_size(image.get(), static_cast<unsigned>(picture.width),
-                        static_cast<unsigned>(picture.height));
-    zbar_image_set_data(image.get(), picture.pixels.data(), picture.pixels.size(), nullptr);
-    zbar_scan_image(scanner.get(), image.get());
-    const zbar_symbol_t *symbol = zbar_image_first_symbol(image.get());
+    const Scanner scanner = makeScanner(library);
+    const Image image(library.createImage(), library.destroyImage);
+    library.setFormat(image.get(), grey);
+    library.setSize(image.get(), static_cast<unsigned>(picture.width),
+                    static_cast<unsigned>(picture.height));
+    library.setData(image.get(), picture.pixels.data(), picture.pixels.size(), nullptr);
+    library.scan(scanner.get(), image.get());
+    const zbar::zbar_symbol_t *symbol = library.firstSymbol(image.get());
     if (symbol == nullptr) {
         return std::nullopt;
     }
-    const QByteArray content(zbar_symbol_get_data(symbol),
-                             static_cast<qsizetype>(zbar_symbol_get_data_length(symbol)));
+    const QByteArray content(library.data(symbol),
+                             static_cast<qsizetype>(library.dataLength(symbol)));
     return content.isValidUtf8() ? std::optional(QString::fromUtf8(content)) : std::nullopt;
 }
 
@@ -76,14 +124,15 @@ std::optional<QString> askForSecondOpinion(const LumaView &frame, const SymbolCo
                                            double module) noexcept
 try {
     const LumaView place = placeOf(frame, corners, module);
-    if (place.isEmpty()) {
+    const Library *library = Library::get();
+    if (place.isEmpty() || library == nullptr) {
         return std::nullopt;
     }
     const int reduction = static_cast<int>(module / wantedModule);
     const int enlargement = static_cast<int>(std::lround(wantedModule / module));
-    return read(reduction > 1     ? reduceByBox(place, reduction)
-                : enlargement > 1 ? enlarge(place, std::min(enlargement, 4))
-                                  : reduceByBox(place, 1));
+    return read(*library, reduction > 1     ? reduceByBox(place, reduction)
+                          : enlargement > 1 ? enlarge(place, std::min(enlargement, 4))
+                                            : reduceByBox(place, 1));
 } catch (const std::exception &) {
     // Out of memory.
     return std::nullopt;

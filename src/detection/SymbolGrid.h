@@ -25,6 +25,8 @@ public:
     int version() const { return m_version; }
     int side() const { return m_side; }
     const std::vector<GridKnot> &knots() const { return m_knots; }
+    /// Without the bending.
+    const Homography &plane() const { return m_plane; }
 
     /// In modules from the symbol's top left corner: (0.5, 0.5) is the first one's middle.
     PixelPoint at(double column, double row) const;
@@ -36,7 +38,7 @@ private:
     SymbolGrid() = default;
     void bend();
 
-    static constexpr double cellModules = 4;
+    static constexpr double cellModules = 6;
 
     int m_version = 0;
     int m_side = 0;

@@ -192,7 +192,7 @@ TEST(FrameLooks, anAbandonedFrameIsLeft)
         rows.advance(100);
         rows.abandon();
     });
-    EXPECT_FALSE(looks.follow(rows));
+    EXPECT_FALSE(looks.follow(rows, rows.height()));
 }
 
 } // namespace

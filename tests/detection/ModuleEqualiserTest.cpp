@@ -22,7 +22,7 @@ protected:
         const SymbolGrid grid = test::trueGrid(picture, region);
         const SymbolPattern pattern(options.version);
         const ModuleEqualiser equaliser(region, grid, pattern);
-        ModuleLevels levels = equaliser.plain(4);
+        ModuleLevels levels = plainLevels(region, grid, 4);
         const double before = test::shareWrong(picture.code, levels);
         for (int round = 0; round < 4; ++round) {
             levels = equaliser.equalise(levels);
@@ -58,8 +58,9 @@ TEST_F(ModuleEqualiserTest, aPlainPictureGivesNumbers)
     const LumaImage plain = test::plainPicture(picture.luma.width, picture.luma.height, 77);
     const RegionImage region(plain, test::triangleOf(picture));
     const SymbolPattern pattern(2);
-    const ModuleEqualiser equaliser(region, test::trueGrid(picture, region), pattern);
-    for (const float level : equaliser.equalise(equaliser.plain(4)).levels) {
+    const SymbolGrid grid = test::trueGrid(picture, region);
+    const ModuleEqualiser equaliser(region, grid, pattern);
+    for (const float level : equaliser.equalise(plainLevels(region, grid, 4)).levels) {
         EXPECT_TRUE(std::isfinite(level));
     }
 }
