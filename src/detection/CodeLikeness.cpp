@@ -43,7 +43,8 @@ double betweenOverWithin(const LumaView &square)
             std::uint64_t sum = 0;
             std::uint64_t squared = 0;
             for (int y = 0; y < height; ++y) {
-                const std::uint8_t *row = square.row(v * height + y) + u * width;
+                const std::uint8_t *row =
+                    square.row(v * height + y) + static_cast<std::ptrdiff_t>(u) * width;
                 for (int x = 0; x < width; ++x) {
                     sum += row[x];
                     squared += static_cast<std::uint64_t>(row[x]) * row[x];

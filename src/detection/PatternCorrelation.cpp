@@ -292,7 +292,10 @@ std::vector<PatternPlace> findPatternPlaces(const LumaView &picture, double leas
                                             double mostModule, std::size_t most)
 {
     std::vector<PatternPlace> places;
-    for (double module = leastModule; module <= mostModule * 1.001; module *= moduleStep) {
+    const double octaves = std::log2(std::max(mostModule / leastModule, 1.0));
+    const int steps = static_cast<int>(octaves / std::log2(moduleStep) + 0.01);
+    for (int step = 0; step <= steps; ++step) {
+        const double module = leastModule * std::pow(moduleStep, step);
         const Plane plane = resampled(picture, module / templateModule);
         if (std::min(plane.width, plane.height) > 2 * templateReach) {
             addPeaks(Correlator(plane).run(), module, places);

@@ -238,7 +238,7 @@ LocalFrame frameAt(const Homography &plane, const std::vector<GridKnot> &knots, 
 }
 
 /// Finds the alignment patterns one after another, and grows the grid with each.
-SymbolGrid grow(const RegionImage &picture, SymbolGrid grid)
+SymbolGrid grow(const RegionImage &picture, const SymbolGrid &grid)
 {
     std::vector<PixelPoint> open;
     const std::vector<int> lines = alignmentLines(grid.version());
@@ -365,7 +365,7 @@ std::vector<SymbolGrid> findGrids(const RegionImage &picture, const FinderTriang
     std::vector<SymbolGrid> grids;
     for (auto &[score, grid] : ranked) {
         if (grids.size() < mostTried && (grids.empty() || score > ranked.front().first - 0.5)) {
-            grids.push_back(grow(picture, std::move(grid)));
+            grids.push_back(grow(picture, grid));
         }
     }
     return grids;
