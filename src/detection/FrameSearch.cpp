@@ -151,8 +151,7 @@ void FrameSearch::lookEarly(int end)
     }
     m_earlyMarks = marks.size();
     for (const FinderTriangle &triangle : findTriangles(m_frame, marks, mostEarlyTriangles)) {
-        const bool isThere =
-            end == m_frame.height || RegionImage::lowestRow(triangle) < end;
+        const bool isThere = end == m_frame.height || RegionImage::lowestRow(triangle) < end;
         if (isThere && !isOver()) {
             tryTriangle(triangle);
         }
