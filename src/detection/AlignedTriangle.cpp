@@ -14,6 +14,8 @@
 namespace quillmark {
 namespace {
 
+constexpr std::size_t mostNeighbours = 24;
+constexpr std::size_t mostCandidates = 500;
 constexpr double mostLeaning = 0.4; // tangent of the angle to a pattern's side
 constexpr double leastModules = 14 * 0.8;
 constexpr double mostModules = 170 * 1.2;
@@ -100,6 +102,11 @@ public:
                 }
             }
         }
+        // On a lattice of patterns each has dozens.
+        std::ranges::stable_sort(neighbours, {}, [](const Neighbour &neighbour) {
+            return neighbour.misfit - std::max(neighbour.timing[0], neighbour.timing[1]);
+        });
+        neighbours.resize(std::min(neighbours.size(), mostNeighbours));
         return neighbours;
     }
 
@@ -201,6 +208,15 @@ std::optional<FinderTriangle> supposedTriangle(const FittedFinder &corner, const
                           misfitOfSupposed + neighbour.misfit - neighbour.timing[side]};
 }
 
+/// Keeps the best candidates, best first.
+void keepBest(std::vector<FinderTriangle> &candidates)
+{
+    std::ranges::stable_sort(candidates, {}, &FinderTriangle::misfit);
+    if (candidates.size() > mostCandidates) {
+        candidates.erase(candidates.begin() + mostCandidates, candidates.end());
+    }
+}
+
 bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
 {
     const double size = std::hypot(b.first.x - b.second.x, b.first.y - b.second.y);
@@ -218,6 +234,9 @@ alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders,
     std::vector<FinderTriangle> candidates;
     for (std::size_t corner = 0; corner < finders.size(); ++corner) {
         const std::vector<Neighbour> ends = search.of(corner);
+        if (candidates.size() > 4 * mostCandidates) {
+            keepBest(candidates);
+        }
         for (std::size_t i = 0; i < ends.size(); ++i) {
             if (const auto supposed =
                     supposedTriangle(finders[corner], finders[ends[i].finder].mark, ends[i])) {
@@ -235,7 +254,7 @@ alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders,
             }
         }
     }
-    std::ranges::stable_sort(candidates, {}, &FinderTriangle::misfit);
+    keepBest(candidates);
     std::vector<FinderTriangle> chosen;
     for (const FinderTriangle &candidate : candidates) {
         const auto isKnown = [&candidate](const FinderTriangle &known) {

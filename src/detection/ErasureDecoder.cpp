@@ -25,10 +25,10 @@ namespace {
 
 constexpr int bitsPerCodeword = 8;
 constexpr int mostCodewords = 255; // of a Reed-Solomon block over bytes
-// Where fewer than so many corrections would be left to check the rest with, a block that is not
-// the symbol's own may come out.
-constexpr int leastLeft = 6;
 constexpr int erasedAtOnce = 2;
+// Where codewords were erased, so many of the block's corrections must be left over in the end:
+// with none, one block of chance in six comes out as some other block, with two, one in a million.
+constexpr int leftOver = 2;
 // Of the levels of a block, what may speak against its correction.
 constexpr double mostAgainst = 0.3;
 
@@ -192,11 +192,19 @@ private:
         std::ranges::stable_sort(doubtful, {}, [&](int place) {
             return m_codewords[block.codewords[static_cast<std::size_t>(place)]].sureness;
         });
-        const int mostErased = std::max(block.corrections - leastLeft, 0);
-        for (int count = 0; count <= mostErased; count += erasedAtOnce) {
+        for (int count = 0; count <= block.corrections - leftOver; count += erasedAtOnce) {
             std::vector<std::uint8_t> corrected = values;
             std::vector<int> erased(doubtful.begin(), doubtful.begin() + count);
-            if (code.correct(corrected, erased) && isLikely(block, corrected)) {
+            if (!code.correct(corrected, erased)) {
+                continue;
+            }
+            const auto others =
+                std::count_if(doubtful.begin() + count, doubtful.end(), [&](int place) {
+                    const auto i = static_cast<std::size_t>(place);
+                    return corrected[i] != values[i];
+                });
+            const bool isSafe = count == 0 || 2 * others + count <= block.corrections - leftOver;
+            if (isSafe && isLikely(block, corrected)) {
                 return corrected;
             }
         }

@@ -46,6 +46,7 @@ constexpr std::size_t mostTried = 100;      // triangles, of which frames withou
 // What may be spent on comparing marks with each other, one with one being the unit: a fifth of a
 // second. Completing a pair takes as long as many.
 constexpr std::size_t mostSpent = 300'000;
+constexpr std::size_t mostEqualised = 4'000'000; // modules: about a second
 constexpr std::size_t pairCost = 1'500;
 constexpr int wholeSharpening = 8; // quarters
 
@@ -165,6 +166,8 @@ void FrameSearch::run()
         m_looks.advance(earlyEnd(i));
         lookEarly(earlyEnd(i));
     }
+    // With all rows there, the same patterns are known better.
+    m_tried.clear();
     for (int i = 0; i < m_looks.count() && mayTryMore(); ++i) {
         const int scale = m_looks.scale(i);
         takeIn(m_looks.marks(i), m_looks.copy(scale), {0, 0}, scale);
@@ -314,11 +317,12 @@ void FrameSearch::read(const FinderTriangle &triangle)
     const auto isTried = [&triangle](const FinderTriangle &other) {
         return areOne(triangle, other);
     };
-    if (std::ranges::any_of(m_tried, isTried) || m_symbols.hasTextAt(triangle.middle())) {
+    if (m_equalised > mostEqualised || std::ranges::any_of(m_tried, isTried) ||
+        m_symbols.hasTextAt(triangle.middle())) {
         return;
     }
     m_tried.push_back(triangle);
-    if (std::optional<QrSymbol> symbol = readGrid(m_frame, triangle)) {
+    if (std::optional<QrSymbol> symbol = readGrid(m_frame, triangle, &m_equalised)) {
         m_symbols.add(std::move(*symbol));
     }
 }

@@ -74,6 +74,7 @@ private:
     std::map<int, std::vector<PixelArea>> m_regions; ///< by scale, in pixels of the copy
     std::vector<PixelArea> m_shapeAreas;             ///< where shapes were looked for
     std::size_t m_spent = 0;                         ///< on comparing marks
+    std::size_t m_equalised = 0;                     ///< modules, by readGrid()
     SymbolList &m_symbols;
 };
 

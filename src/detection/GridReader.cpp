@@ -74,7 +74,8 @@ SymbolCorners cornersOf(const RegionImage &picture, const SymbolGrid &grid)
 }
 
 /// Reads the symbol of a grid, which comes nearer to it meanwhile.
-std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid, bool &isCode)
+std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid, bool &isCode,
+                                   std::size_t &work)
 {
     const SymbolPattern pattern(grid.version());
     ModuleLevels levels = plainLevels(picture, grid, 4);
@@ -100,6 +101,7 @@ std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid,
         const ModuleEqualiser equaliser(picture, grid, pattern);
         for (int round = 0; round < equaliserRounds; ++round) {
             levels = equaliser.equalise(levels, sure);
+            work += levels.levels.size();
             const double agreement = formatAgreement(levels);
             if (agreement < leastFormat) {
                 return std::nullopt;
@@ -119,13 +121,16 @@ std::optional<QString> readModules(const RegionImage &picture, SymbolGrid &grid,
 
 } // namespace
 
-std::optional<QrSymbol> readGrid(const LumaView &frame, const FinderTriangle &triangle) noexcept
+std::optional<QrSymbol> readGrid(const LumaView &frame, const FinderTriangle &triangle,
+                                 std::size_t *work) noexcept
 try {
+    std::size_t unheeded = 0;
     const RegionImage picture(frame, triangle);
     std::optional<QrSymbol> unread;
     for (SymbolGrid &grid : findGrids(picture, triangle)) {
         bool isCode = false;
-        std::optional<QString> text = readModules(picture, grid, isCode);
+        std::optional<QString> text =
+            readModules(picture, grid, isCode, work != nullptr ? *work : unheeded);
         const SymbolCorners corners = cornersOf(picture, grid);
         if (text) {
             return QrSymbol{std::move(text), corners};

@@ -13,7 +13,7 @@ namespace quillmark {
 
 /// A copy at 1/factor of the size: each pixel is the mean of factor x factor pixels.
 /// Columns and rows at the right and lower edge that do not fill a pixel are left out.
-/// `factor` is 1 to 16. Any thread.
+/// `factor` is 1 to 256. Any thread.
 LumaImage reduceByBox(const LumaView &picture, int factor);
 
 /// Such a copy of a picture that comes into being from the top. The picture must outlive it.

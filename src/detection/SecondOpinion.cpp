@@ -76,6 +76,9 @@ using Image = std::unique_ptr<zbar::zbar_image_t, void (*)(zbar::zbar_image_t *)
 Scanner makeScanner(const Library &library)
 {
     Scanner scanner(library.createScanner(), library.destroyScanner);
+    if (!scanner) {
+        return scanner;
+    }
     library.configure(scanner.get(), zbar::ZBAR_NONE, zbar::ZBAR_CFG_ENABLE, 0);
     library.configure(scanner.get(), zbar::ZBAR_QRCODE, zbar::ZBAR_CFG_ENABLE, 1);
     // The bytes, not the text: that one depends on a guess of the character set.
@@ -104,6 +107,9 @@ std::optional<QString> read(const Library &library, const LumaImage &picture)
     constexpr unsigned long grey = 0x30303859; // the letters Y800
     const Scanner scanner = makeScanner(library);
     const Image image(library.createImage(), library.destroyImage);
+    if (!scanner || !image) {
+        return std::nullopt;
+    }
     library.setFormat(image.get(), grey);
     library.setSize(image.get(), static_cast<unsigned>(picture.width),
                     static_cast<unsigned>(picture.height));
@@ -123,15 +129,21 @@ std::optional<QString> read(const Library &library, const LumaImage &picture)
 std::optional<QString> askForSecondOpinion(const LumaView &frame, const SymbolCorners &corners,
                                            double module) noexcept
 try {
-    const LumaView place = placeOf(frame, corners, module);
+    const bool isPlace = std::ranges::all_of(corners, [](const PixelPoint &corner) {
+        return std::isfinite(corner.x) && std::isfinite(corner.y);
+    });
     const Library *library = Library::get();
-    if (place.isEmpty() || library == nullptr) {
+    if (!isPlace || !(module > 0) || library == nullptr) {
         return std::nullopt;
     }
-    const int reduction = static_cast<int>(module / wantedModule);
-    const int enlargement = static_cast<int>(std::lround(wantedModule / module));
+    const LumaView place = placeOf(frame, corners, module);
+    const int reduction = static_cast<int>(std::clamp(module / wantedModule, 1.0, 16.0));
+    const int enlargement = static_cast<int>(std::clamp(wantedModule / module + 0.5, 1.0, 4.0));
+    if (std::min(place.width, place.height) < 2 * reduction) {
+        return std::nullopt;
+    }
     return read(*library, reduction > 1     ? reduceByBox(place, reduction)
-                          : enlargement > 1 ? enlarge(place, std::min(enlargement, 4))
+                          : enlargement > 1 ? enlarge(place, enlargement)
                                             : reduceByBox(place, 1));
 } catch (const std::exception &) {
     // Out of memory.
