@@ -332,6 +332,23 @@ TEST_F(ScheduledUpdate, doesNotComeBetween)
     EXPECT_EQ(focusedName(), QStringLiteral("INSTALL"));
 }
 
+TEST_F(ScheduledUpdate, canBeAskedForWhileItsOfferWaits)
+{
+    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
+    publish();
+    EXPECT_FALSE(isShown());
+    EXPECT_TRUE(updater().canCheckForUpdates());
+    choose();
+    EXPECT_TRUE(isShown());
+    ASSERT_TRUE(reaches(updater(), Stage::Available));
+    EXPECT_TRUE(updater().isUserInitiated());
+    EXPECT_FALSE(updater().canCheckForUpdates());
+    EXPECT_EQ(dialogs(), 1);
+    EXPECT_EQ(focusedName(), QStringLiteral("INSTALL"));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(updater().stage(), Stage::Idle);
+}
+
 TEST_F(ScheduledUpdate, waitsForTheMenuToClose)
 {
     key(Qt::Key_F10);

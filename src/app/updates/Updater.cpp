@@ -79,6 +79,7 @@ void Updater::checkForUpdates()
 void Updater::check(bool userInitiated)
 {
     endWork();
+    m_item.reset(); // of an offer that nobody has answered
     m_userInitiated = userInitiated;
     FeedQuestion question{.configuration = *m_configuration,
                           .currentVersion = m_surroundings.currentVersion,
@@ -205,8 +206,11 @@ void Updater::setStage(Stage stage)
     } else {
         m_schedule.stop();
     }
-    const bool canCheck = m_started && (m_stage == Stage::Idle || m_stage == Stage::UpToDate ||
-                                        m_stage == Stage::HandedOver || m_stage == Stage::Failed);
+    // An offer of the schedule may be waiting for its time: who asks meanwhile is answered.
+    const bool isUnaskedOffer = m_stage == Stage::Available && !m_userInitiated;
+    const bool canCheck =
+        m_started && (m_stage == Stage::Idle || m_stage == Stage::UpToDate ||
+                      m_stage == Stage::HandedOver || m_stage == Stage::Failed || isUnaskedOffer);
     const bool changed = std::exchange(m_canCheck, canCheck) != canCheck;
     Q_EMIT stageChanged();
     if (changed) {

@@ -85,7 +85,8 @@ public:
     /// From now on it can check, and does so on schedule. Does nothing without a configuration.
     void start();
 
-    /// False until it was started, and while it has something in hand.
+    /// False until it was started, and while it has something in hand; an offer for which nobody
+    /// asked is nothing that keeps the user from asking.
     bool canCheckForUpdates() const { return m_canCheck; }
     Stage stage() const { return m_stage; }
     /// Whether there is something to be shown.
