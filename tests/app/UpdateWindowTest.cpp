@@ -329,7 +329,18 @@ TEST_F(ScheduledUpdate, doesNotComeBetween)
     EXPECT_FALSE(isShown());
     setState(Session::Idle{});
     EXPECT_TRUE(isShown());
-    EXPECT_EQ(focusedName(), QStringLiteral("INSTALL"));
+}
+
+TEST_F(ScheduledUpdate, keyThatWasMeantForSomethingElseInstallsNothing)
+{
+    publish();
+    ASSERT_TRUE(isShown());
+    EXPECT_EQ(focusedName(), QStringLiteral("REMIND ME LATER"));
+    EXPECT_TRUE(focused()->text(QAccessible::Description).contains(QStringLiteral("new version")));
+    key(Qt::Key_Return);
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(updater().stage(), Stage::Idle);
+    EXPECT_EQ(m_server.count(packagePath), 0);
 }
 
 TEST_F(ScheduledUpdate, canBeAskedForWhileItsOfferWaits)
