@@ -84,7 +84,7 @@ void Updater::check(bool userInitiated)
     FeedQuestion question{.configuration = *m_configuration,
                           .currentVersion = m_surroundings.currentVersion,
                           .system = m_surroundings.system,
-                          .newestSeen = UpdateMemory::newestFeed(m_configuration->feed)};
+                          .newestSeen = newestSeen()};
     m_check =
         std::make_unique<FeedCheck>(network(), std::move(question), m_surroundings.feed, this);
     connect(m_check.get(), &FeedCheck::answered, this, &Updater::takeAnswer);
@@ -97,7 +97,7 @@ void Updater::takeAnswer(const FeedAnswer &answer)
 {
     discard(m_check);
     noteCheck();
-    UpdateMemory::noteFeed(m_configuration->feed, answer.feedDate);
+    noteFeed(answer.feedDate);
     if (!answer.update) {
         setStage(m_userInitiated ? Stage::UpToDate : Stage::Idle);
         return;
@@ -223,6 +223,20 @@ void Updater::noteCheck()
     // Here too: where settings cannot be written, the server is not to be asked without end.
     m_lastCheck = QDateTime::currentDateTimeUtc();
     UpdateMemory::setLastCheck(*m_lastCheck);
+}
+
+void Updater::noteFeed(const QDateTime &date)
+{
+    // One that is dated in the future by mistake is not to shut out those that correct it.
+    const QDateTime seen = std::min(date, QDateTime::currentDateTimeUtc());
+    // Here too: an old feed is refused where settings cannot be written as well.
+    m_newestFeed = m_newestFeed ? std::max(*m_newestFeed, seen) : seen;
+    UpdateMemory::noteFeed(m_configuration->feed, seen);
+}
+
+std::optional<QDateTime> Updater::newestSeen() const
+{
+    return std::max(m_newestFeed, UpdateMemory::newestFeed(m_configuration->feed));
 }
 
 std::chrono::milliseconds Updater::timeUntilDue() const

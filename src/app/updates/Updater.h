@@ -130,6 +130,8 @@ private:
     void setStage(Stage stage);
     void endWork();
     void noteCheck();
+    void noteFeed(const QDateTime &date);
+    std::optional<QDateTime> newestSeen() const;
     void schedule();
     void checkIfDue();
     std::chrono::milliseconds timeUntilDue() const;
@@ -144,7 +146,8 @@ private:
     std::unique_ptr<PackageDownload> m_download;
     NotesModel m_notes;
     std::optional<AppcastItem> m_item;
-    std::optional<QDateTime> m_lastCheck; ///< of this process
+    std::optional<QDateTime> m_lastCheck;  ///< of this process
+    std::optional<QDateTime> m_newestFeed; ///< that this process has seen
     QString m_errorText;
     Stage m_stage = Stage::Idle;
     bool m_started = false;
