@@ -68,6 +68,10 @@ QString PackageDownload::place()
 
 void PackageDownload::start()
 {
+    if (m_item.packageBytes > largestPackage) {
+        fail(UpdateError(UpdateError::Case::packageTooLarge, m_item.shortVersion));
+        return;
+    }
     try {
         makeFile();
     } catch (const UpdateError &error) {
@@ -81,9 +85,13 @@ void PackageDownload::start()
     });
     connect(m_fetch.get(), &HttpFetch::failed, this, [this](const UpdateError &error) {
         // Where the feed says how large the package is, a larger one is another one.
-        const bool isOther =
-            error.which() == UpdateError::Case::tooLarge && m_item.packageBytes > 0;
-        fail(isOther ? UpdateError(UpdateError::Case::packageSizeWrong) : error);
+        if (error.which() != UpdateError::Case::tooLarge) {
+            fail(error);
+            return;
+        }
+        fail(m_item.packageBytes > 0
+                 ? UpdateError(UpdateError::Case::packageSizeWrong)
+                 : UpdateError(UpdateError::Case::packageTooLarge, m_item.shortVersion));
     });
     connect(m_fetch.get(), &HttpFetch::finished, this, [this] { verify(); });
     m_fetch->start(m_item.package);
