@@ -93,6 +93,22 @@ TEST_F(UpdaterTest, hasThePackageInstalledByTheDesktop)
     EXPECT_TRUE(std::filesystem::exists(file)) << "the installer may not have read it yet";
 }
 
+TEST_F(UpdaterTest, checkRemovesPackagesOfADayAgo)
+{
+    using std::filesystem::file_time_type;
+    const auto old = std::filesystem::path(m_cache.write("quillmark/updates/a/q.deb", "old"));
+    const auto young = std::filesystem::path(m_cache.write("quillmark/updates/b/q.deb", "young"));
+    std::filesystem::last_write_time(old.parent_path(),
+                                     file_time_type::clock::now() - std::chrono::hours(25));
+    m_feed.add(QStringLiteral("1.0"));
+    const auto updater = makeUpdater();
+    EXPECT_TRUE(std::filesystem::exists(old));
+    updater->checkForUpdates();
+    ASSERT_TRUE(reaches(*updater, Stage::UpToDate));
+    EXPECT_FALSE(std::filesystem::exists(old.parent_path()));
+    EXPECT_TRUE(std::filesystem::exists(young));
+}
+
 TEST_F(UpdaterTest, withoutAnInstallerNothingStays)
 {
     m_hasInstaller = false;

@@ -35,17 +35,6 @@ bool isFileSigned(const QString &path, const PublicKey &key, const Signature &si
                       std::as_bytes(std::span(bytes, static_cast<std::size_t>(size))));
 }
 
-/// Packages that were handed over long ago, and those of a program that crashed.
-void removeLeftovers(const QDir &place)
-{
-    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    for (const QFileInfo &each : place.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (each.lastModified() < yesterday && !each.isSymLink()) {
-            QDir(each.filePath()).removeRecursively();
-        }
-    }
-}
-
 } // namespace
 
 PackageDownload::PackageDownload(QNetworkAccessManager &network, AppcastItem item,
@@ -64,6 +53,17 @@ QString PackageDownload::place()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
            QStringLiteral("/quillmark/updates");
+}
+
+void PackageDownload::removeLeftovers()
+{
+    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
+    const QDir place(PackageDownload::place());
+    for (const QFileInfo &each : place.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (each.lastModified() < yesterday && !each.isSymLink()) {
+            QDir(each.filePath()).removeRecursively();
+        }
+    }
 }
 
 void PackageDownload::start()
@@ -108,7 +108,7 @@ void PackageDownload::makeFile()
     if (!place.mkpath(QStringLiteral("."))) {
         throw UpdateError(UpdateError::Case::cannotStore, place.path());
     }
-    removeLeftovers(place);
+    removeLeftovers();
     m_folder = std::make_unique<QTemporaryDir>(place.filePath(QStringLiteral("XXXXXX")));
     m_file.setFileName(m_folder->filePath(*name));
     if (!m_folder->isValid() || !m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {

@@ -79,7 +79,8 @@ void Updater::checkForUpdates()
 void Updater::check(bool userInitiated)
 {
     endWork();
-    m_item.reset(); // of an offer that nobody has answered
+    PackageDownload::removeLeftovers(); // there may be no other download for a long time
+    m_item.reset();                     // of an offer that nobody has answered
     m_userInitiated = userInitiated;
     FeedQuestion question{.configuration = *m_configuration,
                           .currentVersion = m_surroundings.currentVersion,
