@@ -274,7 +274,12 @@ TEST_F(UpdateWindow, handsTheVerifiedPackageOver)
     ASSERT_TRUE(reaches(updater(), Stage::HandedOver));
     EXPECT_TRUE(shows(QStringLiteral("Ready to install")));
     EXPECT_EQ(focusedName(), QStringLiteral("CLOSE"));
-    EXPECT_EQ(m_opened.size(), 1);
+    ASSERT_EQ(m_opened.size(), 1);
+    EXPECT_TRUE(shows(QStringLiteral("If nothing opens, the package is at ") +
+                      m_opened.first().toLocalFile()));
+    key(Qt::Key_Backtab);
+    EXPECT_TRUE(focusedName().endsWith(QStringLiteral("quillmark_2.0.deb"))) << "can be copied";
+    key(Qt::Key_Tab);
     key(Qt::Key_Space);
     EXPECT_FALSE(isShown());
 }

@@ -84,10 +84,12 @@ TEST_F(UpdaterTest, hasThePackageInstalledByTheDesktop)
     const std::filesystem::path file = m_opened.first().toLocalFile().toStdString();
     EXPECT_EQ(file.filename(), "quillmark_2.0.deb");
     EXPECT_EQ(test::readFile(file), "a package");
+    EXPECT_EQ(updater->packageFile(), m_opened.first().toLocalFile());
     EXPECT_EQ(updater->received(), 9.0);
     EXPECT_EQ(updater->expected(), 9.0);
     updater->dismiss();
     EXPECT_EQ(updater->stage(), Stage::Idle);
+    EXPECT_EQ(updater->packageFile(), QString());
     EXPECT_TRUE(updater->canCheckForUpdates());
     QCoreApplication::processEvents();
     EXPECT_TRUE(std::filesystem::exists(file)) << "the installer may not have read it yet";

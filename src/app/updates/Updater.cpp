@@ -161,6 +161,7 @@ void Updater::handOver(const QString &file)
     // The installer reads it when it gets round to it.
     m_download->keep();
     discard(m_download);
+    m_packageFile = file;
     setStage(Stage::HandedOver);
 }
 
@@ -199,6 +200,9 @@ void Updater::setStage(Stage stage)
     m_stage = stage;
     if (m_stage != Stage::Failed) {
         m_errorText.clear();
+    }
+    if (m_stage != Stage::HandedOver) {
+        m_packageFile.clear();
     }
     if (m_stage == Stage::Idle) {
         m_userInitiated = false;

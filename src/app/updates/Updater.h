@@ -58,6 +58,7 @@ class Updater : public QObject
     Q_PROPERTY(bool userInitiated READ isUserInitiated NOTIFY stageChanged)
     Q_PROPERTY(QString currentVersion READ currentVersion CONSTANT)
     Q_PROPERTY(QString newVersion READ newVersion NOTIFY stageChanged)
+    Q_PROPERTY(QString packageFile READ packageFile NOTIFY stageChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY stageChanged)
     Q_PROPERTY(quillmark::NotesModel *notes READ notes CONSTANT)
     Q_PROPERTY(double received READ received NOTIFY progressChanged)
@@ -97,6 +98,8 @@ public:
     QString currentVersion() const { return m_surroundings.currentVersion; }
     /// Available to HandedOver: what people call the new version.
     QString newVersion() const;
+    /// HandedOver: the path of the package.
+    QString packageFile() const { return m_packageFile; }
     /// Failed: why.
     QString errorText() const { return m_errorText; }
     /// Available: the new version's notes, and the page with more of them if there is one.
@@ -148,6 +151,7 @@ private:
     std::optional<AppcastItem> m_item;
     std::optional<QDateTime> m_lastCheck;  ///< of this process
     std::optional<QDateTime> m_newestFeed; ///< that this process has seen
+    QString m_packageFile;
     QString m_errorText;
     Stage m_stage = Stage::Idle;
     bool m_started = false;
