@@ -14,6 +14,7 @@ UpdateOffer {
     newVersion: root.updater.newVersion
     currentVersion: root.updater.currentVersion
     notes: root.updater.notes
+    asked: root.updater.userInitiated
     onInstalled: root.updater.install()
     onSkipped: root.updater.skip()
     onLinkPressed: address => Qt.openUrlExternally(address)

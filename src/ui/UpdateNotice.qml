@@ -15,6 +15,8 @@ DialogContent {
     required property string message
     required property string buttonText
     property bool busy: false
+    /// What the user may want to copy; nothing by default.
+    property string note: ""
 
     start: button
 
@@ -32,6 +34,11 @@ DialogContent {
         visible: root.message.length > 0
         text: root.message
         color: Theme.color.onSurfaceVariant
+    }
+    SelectableText {
+        Layout.fillWidth: true
+        visible: root.note.length > 0
+        text: root.note
     }
     FilledButton {
         id: button

@@ -14,12 +14,15 @@ DialogContent {
     required property string newVersion
     required property string currentVersion
     required property var notes
+    /// Whether the user asked for it. Where it comes unasked, a key that was meant for something
+    /// else is not to install anything.
+    property bool asked: true
 
     signal installed
     signal skipped
     signal linkPressed(url address)
 
-    start: install
+    start: root.asked ? install : later
 
     TitleText {
         id: heading
@@ -58,8 +61,11 @@ DialogContent {
             onClicked: root.skipped()
         }
         OutlinedButton {
+            id: later
             text: "REMIND ME LATER"
             onClicked: root.closed()
+
+            Accessible.description: root.asked ? "" : heading.text + "\n" + versions.text
         }
     }
 }

@@ -128,6 +128,28 @@ TEST(ReleaseNotes, areBounded)
     }
 }
 
+TEST(ReleaseNotes, tablesAreText)
+{
+    const Lines lines = read("| a | b |\n|---|---|\n| 1 | 2 |\n", Format::Markdown);
+    EXPECT_EQ(lines, Lines{line(Kind::Paragraph, "| a | b | |---|---| | 1 | 2 |")});
+}
+
+TEST(ReleaseNotes, linesOfOneParagraphAreBounded)
+{
+    const Lines lines = readReleaseNotes(QStringLiteral("a\n").repeated(5'000), Format::Markdown);
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines.front().text.count(u'a'), 1'000);
+}
+
+TEST(ReleaseNotes, deepListsAreIndentedOnlySoFar)
+{
+    const Lines lines =
+        readReleaseNotes(QStringLiteral("- ").repeated(40) + u'x', Format::Markdown);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back().text, QStringLiteral("x"));
+    EXPECT_EQ(lines.back().mark, QString(28, u' ') + QStringLiteral("\u2022  "));
+}
+
 TEST(NotesModel, showsWhatEachLineIs)
 {
     NotesModel model;

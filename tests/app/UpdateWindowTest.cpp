@@ -274,7 +274,12 @@ TEST_F(UpdateWindow, handsTheVerifiedPackageOver)
     ASSERT_TRUE(reaches(updater(), Stage::HandedOver));
     EXPECT_TRUE(shows(QStringLiteral("Ready to install")));
     EXPECT_EQ(focusedName(), QStringLiteral("CLOSE"));
-    EXPECT_EQ(m_opened.size(), 1);
+    ASSERT_EQ(m_opened.size(), 1);
+    EXPECT_TRUE(shows(QStringLiteral("If nothing opens, the package is at ") +
+                      m_opened.first().toLocalFile()));
+    key(Qt::Key_Backtab);
+    EXPECT_TRUE(focusedName().endsWith(QStringLiteral("quillmark_2.0.deb"))) << "can be copied";
+    key(Qt::Key_Tab);
     key(Qt::Key_Space);
     EXPECT_FALSE(isShown());
 }
@@ -329,7 +334,35 @@ TEST_F(ScheduledUpdate, doesNotComeBetween)
     EXPECT_FALSE(isShown());
     setState(Session::Idle{});
     EXPECT_TRUE(isShown());
+}
+
+TEST_F(ScheduledUpdate, keyThatWasMeantForSomethingElseInstallsNothing)
+{
+    publish();
+    ASSERT_TRUE(isShown());
+    EXPECT_EQ(focusedName(), QStringLiteral("REMIND ME LATER"));
+    EXPECT_TRUE(focused()->text(QAccessible::Description).contains(QStringLiteral("new version")));
+    key(Qt::Key_Return);
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(updater().stage(), Stage::Idle);
+    EXPECT_EQ(m_server.count(packagePath), 0);
+}
+
+TEST_F(ScheduledUpdate, canBeAskedForWhileItsOfferWaits)
+{
+    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
+    publish();
+    EXPECT_FALSE(isShown());
+    EXPECT_TRUE(updater().canCheckForUpdates());
+    choose();
+    EXPECT_TRUE(isShown());
+    ASSERT_TRUE(reaches(updater(), Stage::Available));
+    EXPECT_TRUE(updater().isUserInitiated());
+    EXPECT_FALSE(updater().canCheckForUpdates());
+    EXPECT_EQ(dialogs(), 1);
     EXPECT_EQ(focusedName(), QStringLiteral("INSTALL"));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(updater().stage(), Stage::Idle);
 }
 
 TEST_F(ScheduledUpdate, waitsForTheMenuToClose)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/UpdaterFixture.h"
+#include "appcast/FeedWriter.h"
 
 #include <QSignalSpy>
 
@@ -30,6 +31,38 @@ TEST_F(UpdaterMemory, remembersTheNewestFeed)
     const auto updater = makeUpdater();
     updater->checkForUpdates();
     expectFailure(*updater, UpdateError::Case::feedReplayed);
+}
+
+TEST_F(UpdaterMemory, refusesAnOldFeedWhateverBecomesOfTheSettings)
+{
+    m_feed.add(QStringLiteral("1.5"));
+    const QByteArray old = m_feed.bytes();
+    m_feed.add(m_next);
+    const auto updater = makeUpdater();
+    updater->checkForUpdates();
+    ASSERT_TRUE(reaches(*updater, Stage::Available));
+    updater->dismiss();
+    settings().clear();
+    m_feed.publish(old);
+    updater->checkForUpdates();
+    expectFailure(*updater, UpdateError::Case::feedReplayed);
+}
+
+TEST_F(UpdaterMemory, feedFromTheFutureDoesNotShutOutLaterOnes)
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const auto offered = [&](const QString &version, const QDateTime &made) {
+        m_feed.publish(tools::feedWith(tools::emptyFeed(), m_feed.item(version), made));
+        const auto updater = makeUpdater();
+        updater->checkForUpdates();
+        EXPECT_TRUE(reaches(*updater, Stage::Available)) << qPrintable(updater->errorText());
+        return updater->newVersion();
+    };
+    EXPECT_EQ(offered(m_next, now.addYears(10)), m_next);
+    ASSERT_TRUE(UpdateMemory::newestFeed(configuration().feed));
+    EXPECT_GE(*UpdateMemory::newestFeed(configuration().feed), now);
+    EXPECT_LE(*UpdateMemory::newestFeed(configuration().feed), QDateTime::currentDateTimeUtc());
+    EXPECT_EQ(offered(QStringLiteral("3.0"), now.addSecs(3600)), QStringLiteral("3.0"));
 }
 
 TEST_F(UpdaterMemory, feedThatIsNotBelievedLeavesNoDate)

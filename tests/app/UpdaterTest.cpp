@@ -84,13 +84,31 @@ TEST_F(UpdaterTest, hasThePackageInstalledByTheDesktop)
     const std::filesystem::path file = m_opened.first().toLocalFile().toStdString();
     EXPECT_EQ(file.filename(), "quillmark_2.0.deb");
     EXPECT_EQ(test::readFile(file), "a package");
+    EXPECT_EQ(updater->packageFile(), m_opened.first().toLocalFile());
     EXPECT_EQ(updater->received(), 9.0);
     EXPECT_EQ(updater->expected(), 9.0);
     updater->dismiss();
     EXPECT_EQ(updater->stage(), Stage::Idle);
+    EXPECT_EQ(updater->packageFile(), QString());
     EXPECT_TRUE(updater->canCheckForUpdates());
     QCoreApplication::processEvents();
     EXPECT_TRUE(std::filesystem::exists(file)) << "the installer may not have read it yet";
+}
+
+TEST_F(UpdaterTest, checkRemovesPackagesOfADayAgo)
+{
+    using std::filesystem::file_time_type;
+    const auto old = std::filesystem::path(m_cache.write("quillmark/updates/a/q.deb", "old"));
+    const auto young = std::filesystem::path(m_cache.write("quillmark/updates/b/q.deb", "young"));
+    std::filesystem::last_write_time(old.parent_path(),
+                                     file_time_type::clock::now() - std::chrono::hours(25));
+    m_feed.add(QStringLiteral("1.0"));
+    const auto updater = makeUpdater();
+    EXPECT_TRUE(std::filesystem::exists(old));
+    updater->checkForUpdates();
+    ASSERT_TRUE(reaches(*updater, Stage::UpToDate));
+    EXPECT_FALSE(std::filesystem::exists(old.parent_path()));
+    EXPECT_TRUE(std::filesystem::exists(young));
 }
 
 TEST_F(UpdaterTest, withoutAnInstallerNothingStays)

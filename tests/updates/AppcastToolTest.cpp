@@ -12,6 +12,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -108,11 +109,11 @@ TEST_F(AppcastTool, makesASignedFeed)
     const std::string notes = m_folder.write("notes.md", "# New\n\n- <b> & \"quotes\" ü\n");
     EXPECT_EQ(
         add("2.0", {"--notes", notes, "--short-version", "Two", "--architecture", "x86_64,arm64",
-                    "--minimum-system", "5.10", "--date", "2026-11-20T12:00:00Z"}),
+                    "--minimum-system", "5.10", "--date", "2025-11-20T12:00:00Z"}),
         QString::fromStdString(m_feed) + QStringLiteral(" offers version Two"));
     EXPECT_TRUE(isSealed());
     const Appcast read = readAppcast(feed());
-    EXPECT_EQ(read.date, QDateTime(QDate(2026, 11, 20), QTime(12, 0), Qt::UTC));
+    EXPECT_EQ(read.date, QDateTime(QDate(2025, 11, 20), QTime(12, 0), Qt::UTC));
     ASSERT_EQ(read.items.size(), 1U);
     const AppcastItem &item = read.items.front();
     EXPECT_EQ(item.version, QStringLiteral("2.0"));
@@ -129,8 +130,8 @@ TEST_F(AppcastTool, makesASignedFeed)
 
 TEST_F(AppcastTool, newVersionsComeFirst)
 {
-    add("2.0", {"--date", "2026-01-01T00:00:00Z"});
-    add("2.1", {"--date", "2026-02-01T00:00:00Z"});
+    add("2.0", {"--date", "2025-01-01T00:00:00Z"});
+    add("2.1", {"--date", "2025-02-01T00:00:00Z"});
     EXPECT_TRUE(isSealed());
     const Appcast read = readAppcast(feed());
     ASSERT_EQ(read.items.size(), 2U);
@@ -224,6 +225,42 @@ TEST_F(AppcastTool, brokenFeedStaysAsItIs)
     EXPECT_THROW(run({"seal", m_secret, m_feed}), std::exception);
     EXPECT_EQ(feed(), "<rss><channel>");
     EXPECT_FALSE(std::filesystem::exists(m_feed + ".sig"));
+}
+
+TEST_F(AppcastTool, datesNeverComeFromTheFutureNorGoBack)
+{
+    add("2.0", {"--date", "2025-02-01T00:00:00Z"});
+    const QByteArray before = feed();
+    const auto complaintAbout = [&](const std::string &date) {
+        try {
+            add("2.1", {"--date", date});
+        } catch (const std::exception &error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+    const QDateTime tomorrow = QDateTime::currentDateTimeUtc().addDays(1);
+    EXPECT_NE(complaintAbout(tomorrow.toString(Qt::ISODate).toStdString()).find("future"),
+              std::string::npos);
+    EXPECT_NE(complaintAbout("2025-01-31T23:59:59Z").find("newer date"), std::string::npos);
+    EXPECT_EQ(feed(), before);
+    EXPECT_TRUE(isSealed());
+    EXPECT_EQ(complaintAbout("2025-02-01T00:00:00Z"), "");
+}
+
+TEST_F(AppcastTool, sealsNoFeedWithoutADate)
+{
+    m_folder.write("appcast.xml", "<rss><channel><item/></channel></rss>");
+    EXPECT_NE(complaint({"seal", m_secret, m_feed}).find("when it was made"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(m_feed + ".sig"));
+}
+
+TEST_F(AppcastTool, refusesAPackageThatNobodyWouldFetch)
+{
+    std::filesystem::resize_file(m_package, std::uintmax_t{1024} * 1024 * 1024 + 1); // all holes
+    EXPECT_THROW(add("2.0"), std::runtime_error);
+    EXPECT_FALSE(std::filesystem::exists(m_feed));
+    EXPECT_NE(complaint({"sign", m_secret, m_package}).find("larger"), std::string::npos);
 }
 
 TEST_F(AppcastTool, unknownCommandsAreExplained)

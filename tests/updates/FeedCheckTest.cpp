@@ -3,6 +3,7 @@
 
 #include "app/updates/FeedCheck.h"
 
+#include "app/updates/PackageDownload.h"
 #include "updates/PublishedFeed.h"
 #include "updates/TestAuthority.h"
 
@@ -104,12 +105,35 @@ TEST_F(Check, signatureStandsBesideTheFeed)
 TEST_F(Check, unsignedFeedIsRefused)
 {
     m_feed.add(QStringLiteral("1.1"));
-    for (const int status : {404, 410, 500}) {
+    for (const int status : {404, 410}) {
         test::Answer missing;
         missing.status = status;
         m_server.answer(QStringLiteral("/appcast.xml.sig"), missing);
         EXPECT_EQ(check().failure, Case::feedUnsigned) << status;
     }
+}
+
+TEST_F(Check, serverInTroubleDoesNotMeanUnsigned)
+{
+    m_feed.add(QStringLiteral("1.1"));
+    for (const int status : {403, 500, 503}) {
+        test::Answer broken;
+        broken.status = status;
+        m_server.answer(QStringLiteral("/appcast.xml.sig"), broken);
+        EXPECT_EQ(check().failure, Case::badStatus) << status;
+    }
+}
+
+TEST_F(Check, packageAboveTheLimitIsRefused)
+{
+    AppcastItem item = m_feed.item(QStringLiteral("1.1"));
+    item.packageBytes = largestPackage;
+    m_feed.add(item);
+    EXPECT_TRUE(check().answer);
+    item.packageBytes = largestPackage + 1;
+    item.version = QStringLiteral("1.2");
+    m_feed.add(item);
+    EXPECT_EQ(check().failure, Case::packageTooLarge);
 }
 
 TEST_F(Check, signatureThatIsNoneIsRefused)

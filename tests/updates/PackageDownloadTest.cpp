@@ -154,6 +154,23 @@ TEST_F(Download, packageOfAnotherSizeIsRefused)
     }
 }
 
+TEST_F(Download, packageAboveTheLimitIsRefusedBeforeItIsFetched)
+{
+    AppcastItem item = m_feed.item(version, "the package");
+    item.packageBytes = largestPackage + 1;
+    EXPECT_EQ(refusal(item), Case::packageTooLarge);
+    EXPECT_TRUE(m_server.requests().isEmpty());
+
+    // Where only the server says how large it is.
+    item.packageBytes = 0;
+    Answer answer;
+    answer.body = "the p";
+    answer.announced = largestPackage + 1;
+    answer.manner = Answer::Manner::Stall;
+    m_server.answer(PublishedFeed::packagePath(version), answer);
+    EXPECT_EQ(refusal(item), Case::packageTooLarge);
+}
+
 TEST_F(Download, packageThatBreaksOffIsRefused)
 {
     const AppcastItem item = m_feed.item(version, "the package");

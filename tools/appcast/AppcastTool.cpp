@@ -4,6 +4,7 @@
 #include "appcast/AppcastTool.h"
 
 #include "app/updates/FeedCheck.h"
+#include "app/updates/PackageDownload.h"
 #include "app/updates/PackageName.h"
 #include "appcast/FeedWriter.h"
 #include "appcast/SecretKey.h"
@@ -15,6 +16,7 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 
 namespace quillmark::tools {
@@ -37,6 +39,17 @@ QByteArray readWhole(const QString &name)
         complain(name + QStringLiteral(": ") + file.errorString());
     }
     return file.readAll();
+}
+
+/// Throws where the program would not fetch it.
+QByteArray readPackage(const QString &name)
+{
+    if (QFileInfo(name).size() > largestPackage) {
+        complain(
+            name +
+            QStringLiteral(" is larger than the %1 bytes that are fetched").arg(largestPackage));
+    }
+    return readWhole(name);
 }
 
 void writeWhole(const QString &name, const QByteArray &bytes)
@@ -114,7 +127,7 @@ QString signPackage(const QStringList &all)
 {
     const Arguments arguments(all, 2, {});
     const SecretKey key = SecretKey::load(pathOf(arguments.at(0)));
-    const QByteArray package = readWhole(arguments.at(1));
+    const QByteArray package = readPackage(arguments.at(1));
     return QStringLiteral("sparkle:edSignature=\"%1\" length=\"%2\"")
         .arg(signatureText(key, package))
         .arg(package.size());
@@ -125,7 +138,9 @@ QString sealFeed(const QStringList &all)
     const Arguments arguments(all, 2, {});
     const SecretKey key = SecretKey::load(pathOf(arguments.at(0)));
     const QByteArray feed = readWhole(arguments.at(1));
-    readAppcast(feed); // throws where the program could not read it
+    if (!readAppcast(feed).date) { // throws where the program could not read it
+        complain(arguments.at(1) + QStringLiteral(" does not say when it was made"));
+    }
     seal(key, arguments.at(1), feed);
     return arguments.at(1) + QStringLiteral(" is signed");
 }
@@ -143,7 +158,7 @@ void readNotes(AppcastItem &item, const QString &file)
 
 AppcastItem itemFrom(const Arguments &arguments, const SecretKey &key)
 {
-    const QByteArray package = readWhole(arguments.needed("package"));
+    const QByteArray package = readPackage(arguments.needed("package"));
     AppcastItem item;
     item.version = arguments.needed("version");
     item.shortVersion = arguments.option("short-version");
@@ -163,6 +178,25 @@ AppcastItem itemFrom(const Arguments &arguments, const SecretKey &key)
     return item;
 }
 
+/// When the feed is made, from what was typed. Throws where the program would refuse the feed for
+/// it, or those that follow.
+QDateTime dateFrom(const QString &typed, const std::optional<QDateTime> &before)
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    QDateTime made = typed.isEmpty() ? now : QDateTime::fromString(typed, Qt::ISODate);
+    if (!made.isValid()) {
+        complain(QStringLiteral("no ISO date: ") + typed);
+    }
+    if (made > now) {
+        complain(QStringLiteral("the date is in the future: ") + typed);
+    }
+    if (before && made < *before) {
+        complain(QStringLiteral("the feed has a newer date already: ") +
+                 before->toString(Qt::ISODate));
+    }
+    return made;
+}
+
 QString addItem(const QStringList &all)
 {
     const Arguments arguments(all, 2,
@@ -172,15 +206,9 @@ QString addItem(const QStringList &all)
                                QStringLiteral("notes"), QStringLiteral("date")});
     const SecretKey key = SecretKey::load(pathOf(arguments.at(0)));
     const QString file = arguments.at(1);
-    QDateTime made = QDateTime::currentDateTimeUtc();
-    if (const QString date = arguments.option("date"); !date.isEmpty()) {
-        made = QDateTime::fromString(date, Qt::ISODate);
-        if (!made.isValid()) {
-            complain(QStringLiteral("no ISO date: ") + date);
-        }
-    }
-    const AppcastItem item = itemFrom(arguments, key);
     const QByteArray before = QFileInfo::exists(file) ? readWhole(file) : emptyFeed();
+    const QDateTime made = dateFrom(arguments.option("date"), readAppcast(before).date);
+    const AppcastItem item = itemFrom(arguments, key);
     const QByteArray feed = feedWith(before, item, made);
     writeWhole(file, feed);
     seal(key, file, feed);
@@ -223,6 +251,7 @@ QString appcastUsage()
         "  --minimum-system VERSION      the oldest kernel that it runs on\n"
         "  --notes FILE                  release notes: Markdown (.md) or plain text\n"
         "  --date DATE                   when the feed was made, in ISO 8601; now by default\n"
+        "                                and never later, nor before the date that it had\n"
         "appcast seal SECRET FEED        signs a feed that was changed by other means\n"
         "appcast check KEY FEED          reads a feed as the program does, with the public key\n");
 }

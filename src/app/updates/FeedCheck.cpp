@@ -3,6 +3,7 @@
 
 #include "app/updates/FeedCheck.h"
 
+#include "app/updates/PackageDownload.h"
 #include "app/updates/PackageName.h"
 
 #include <span>
@@ -31,6 +32,9 @@ void inspect(const AppcastItem &item)
     if (!packageFileName(item.package)) {
         throw UpdateError(UpdateError::Case::packageUnusable,
                           item.package.fileName(QUrl::FullyDecoded));
+    }
+    if (item.packageBytes > largestPackage) {
+        throw UpdateError(UpdateError::Case::packageTooLarge, item.shortVersion);
     }
 }
 
@@ -96,9 +100,11 @@ void FeedCheck::fetchSignature()
 
 void FeedCheck::takeSignatureError(const UpdateError &error)
 {
-    // Whatever the server says in place of the signature: there is none.
-    Q_EMIT failed(error.which() == UpdateError::Case::badStatus
-                      ? UpdateError(UpdateError::Case::feedUnsigned)
+    // A server that is in trouble says nothing about whether there is a signature.
+    const bool isMissing =
+        error.which() == UpdateError::Case::badStatus &&
+        (error.detail() == QLatin1String("404") || error.detail() == QLatin1String("410"));
+    Q_EMIT failed(isMissing ? UpdateError(UpdateError::Case::feedUnsigned)
                   : error.which() == UpdateError::Case::tooLarge
                       ? UpdateError(UpdateError::Case::feedSignatureUnreadable)
                       : error);

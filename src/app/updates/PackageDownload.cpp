@@ -35,17 +35,6 @@ bool isFileSigned(const QString &path, const PublicKey &key, const Signature &si
                       std::as_bytes(std::span(bytes, static_cast<std::size_t>(size))));
 }
 
-/// Packages that were handed over long ago, and those of a program that crashed.
-void removeLeftovers(const QDir &place)
-{
-    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
-    for (const QFileInfo &each : place.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (each.lastModified() < yesterday && !each.isSymLink()) {
-            QDir(each.filePath()).removeRecursively();
-        }
-    }
-}
-
 } // namespace
 
 PackageDownload::PackageDownload(QNetworkAccessManager &network, AppcastItem item,
@@ -66,8 +55,23 @@ QString PackageDownload::place()
            QStringLiteral("/quillmark/updates");
 }
 
+void PackageDownload::removeLeftovers()
+{
+    const QDateTime yesterday = QDateTime::currentDateTimeUtc().addDays(-1);
+    const QDir place(PackageDownload::place());
+    for (const QFileInfo &each : place.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (each.lastModified() < yesterday && !each.isSymLink()) {
+            QDir(each.filePath()).removeRecursively();
+        }
+    }
+}
+
 void PackageDownload::start()
 {
+    if (m_item.packageBytes > largestPackage) {
+        fail(UpdateError(UpdateError::Case::packageTooLarge, m_item.shortVersion));
+        return;
+    }
     try {
         makeFile();
     } catch (const UpdateError &error) {
@@ -81,9 +85,13 @@ void PackageDownload::start()
     });
     connect(m_fetch.get(), &HttpFetch::failed, this, [this](const UpdateError &error) {
         // Where the feed says how large the package is, a larger one is another one.
-        const bool isOther =
-            error.which() == UpdateError::Case::tooLarge && m_item.packageBytes > 0;
-        fail(isOther ? UpdateError(UpdateError::Case::packageSizeWrong) : error);
+        if (error.which() != UpdateError::Case::tooLarge) {
+            fail(error);
+            return;
+        }
+        fail(m_item.packageBytes > 0
+                 ? UpdateError(UpdateError::Case::packageSizeWrong)
+                 : UpdateError(UpdateError::Case::packageTooLarge, m_item.shortVersion));
     });
     connect(m_fetch.get(), &HttpFetch::finished, this, [this] { verify(); });
     m_fetch->start(m_item.package);
@@ -100,7 +108,7 @@ void PackageDownload::makeFile()
     if (!place.mkpath(QStringLiteral("."))) {
         throw UpdateError(UpdateError::Case::cannotStore, place.path());
     }
-    removeLeftovers(place);
+    removeLeftovers();
     m_folder = std::make_unique<QTemporaryDir>(place.filePath(QStringLiteral("XXXXXX")));
     m_file.setFileName(m_folder->filePath(*name));
     if (!m_folder->isValid() || !m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {

@@ -44,6 +44,9 @@ public:
 
     /// Below which folder all of them make theirs.
     static QString place();
+    /// Removes the packages that were handed over more than a day ago, and those of a program
+    /// that crashed.
+    static void removeLeftovers();
 
 Q_SIGNALS:
     /// So many bytes are there, of so many; -1 where nobody tells.

@@ -16,6 +16,11 @@
 namespace quillmark {
 namespace {
 
+/// How many lines of Markdown are parsed: enough for paragraphs of several lines each.
+constexpr qsizetype mostSourceLines = 1'000;
+/// Deeper lists are indented no further.
+constexpr int deepestList = 8;
+
 NoteLine::Kind kindOf(const QTextBlock &block)
 {
     const QTextBlockFormat format = block.blockFormat();
@@ -36,7 +41,8 @@ QString markOf(const QTextBlock &block)
 {
     const QTextList *list = block.textList();
     const bool isNumbered = list->format().style() <= QTextListFormat::ListDecimal;
-    const QString indent = QStringLiteral("    ").repeated(list->format().indent() - 1);
+    const int depth = std::min(list->format().indent(), deepestList);
+    const QString indent = QStringLiteral("    ").repeated(depth - 1);
     return indent + (isNumbered ? list->itemText(block) : QStringLiteral("\u2022")) +
            QStringLiteral("  ");
 }
@@ -74,8 +80,9 @@ std::vector<NoteLine> fromMarkdown(const QString &notes)
 {
     QTextDocument document;
     document.setUndoRedoEnabled(false);
-    document.setMarkdown(notes,
-                         QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectGitHub) |
+    // Without GitHub's tables: a large one takes many seconds, in which the window stands still.
+    document.setMarkdown(notes.section(u'\n', 0, mostSourceLines - 1),
+                         QTextDocument::MarkdownFeatures(QTextDocument::MarkdownDialectCommonMark) |
                              QTextDocument::MarkdownNoHTML);
     std::vector<NoteLine> lines;
     for (QTextBlock block = document.begin(); block.isValid() && lines.size() < mostNoteLines;

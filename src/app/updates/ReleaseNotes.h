@@ -40,9 +40,9 @@ inline constexpr qsizetype longestNotes = 20'000; ///< characters
 inline constexpr std::size_t mostNoteLines = 400;
 
 /// Makes release notes readable without interpreting them on the screen. Of Markdown
-/// (CommonMark with GitHub's tables and the like) paragraphs, headings, lists and code are kept
-/// as such, and links follow the paragraph in which they are; pictures leave their place, and
-/// HTML in it is text. Of HTML only the text is kept. Nothing is ever fetched.
+/// (CommonMark, its first 1000 lines) paragraphs, headings, lists and code are kept as such, and
+/// links follow the paragraph in which they are; pictures leave their place, and HTML in it is
+/// text. Of HTML only the text is kept. Nothing is ever fetched.
 /// Needs a QGuiApplication. The main thread.
 std::vector<NoteLine> readReleaseNotes(const QString &notes, AppcastItem::NotesFormat format);
 

@@ -60,6 +60,9 @@ QString sentence(UpdateError::Case which, const QString &detail)
     case Case::packageUnusable:
         return QStringLiteral("The new version is not a package that can be installed here: ") +
                detail;
+    case Case::packageTooLarge:
+        return QStringLiteral("The new version is larger than what is fetched. It was refused: ") +
+               detail;
     case Case::packageSizeWrong:
         return QStringLiteral("The package is not as large as it was announced, and was deleted.");
     case Case::packageForged:
@@ -77,7 +80,8 @@ QString sentence(UpdateError::Case which, const QString &detail)
 
 UpdateError::UpdateError(Case which, const QString &detail)
     : m_case(which),
-      m_description(sentence(which, detail.simplified().left(longestDetail))),
+      m_detail(detail.simplified().left(longestDetail)),
+      m_description(sentence(which, m_detail)),
       m_what(m_description.toUtf8())
 {}
 

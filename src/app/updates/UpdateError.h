@@ -36,6 +36,7 @@ public:
         packageUnsigned,            ///< the feed has no signature for it; the version
         packageSignatureUnreadable, ///< what the feed has is no signature; the version
         packageUnusable,            ///< no kind of package that is opened here; its file name
+        packageTooLarge,            ///< announced with more bytes than are fetched; the version
         packageSizeWrong,           ///< not as long as the feed says
         packageForged,              ///< the signature is not the publisher's for these bytes
         cannotStore,                ///< the file system refuses it; why
@@ -47,11 +48,14 @@ public:
     explicit UpdateError(Case which, const QString &detail = {});
 
     Case which() const { return m_case; }
+    /// As it is shown.
+    const QString &detail() const { return m_detail; }
     QString description() const override { return m_description; }
     const char *what() const noexcept override { return m_what.constData(); }
 
 private:
     Case m_case;
+    QString m_detail;
     QString m_description;
     QByteArray m_what;
 };

@@ -79,11 +79,13 @@ void Updater::checkForUpdates()
 void Updater::check(bool userInitiated)
 {
     endWork();
+    PackageDownload::removeLeftovers(); // there may be no other download for a long time
+    m_item.reset();                     // of an offer that nobody has answered
     m_userInitiated = userInitiated;
     FeedQuestion question{.configuration = *m_configuration,
                           .currentVersion = m_surroundings.currentVersion,
                           .system = m_surroundings.system,
-                          .newestSeen = UpdateMemory::newestFeed(m_configuration->feed)};
+                          .newestSeen = newestSeen()};
     m_check =
         std::make_unique<FeedCheck>(network(), std::move(question), m_surroundings.feed, this);
     connect(m_check.get(), &FeedCheck::answered, this, &Updater::takeAnswer);
@@ -96,7 +98,7 @@ void Updater::takeAnswer(const FeedAnswer &answer)
 {
     discard(m_check);
     noteCheck();
-    UpdateMemory::noteFeed(m_configuration->feed, answer.feedDate);
+    noteFeed(answer.feedDate);
     if (!answer.update) {
         setStage(m_userInitiated ? Stage::UpToDate : Stage::Idle);
         return;
@@ -159,6 +161,7 @@ void Updater::handOver(const QString &file)
     // The installer reads it when it gets round to it.
     m_download->keep();
     discard(m_download);
+    m_packageFile = file;
     setStage(Stage::HandedOver);
 }
 
@@ -198,6 +201,9 @@ void Updater::setStage(Stage stage)
     if (m_stage != Stage::Failed) {
         m_errorText.clear();
     }
+    if (m_stage != Stage::HandedOver) {
+        m_packageFile.clear();
+    }
     if (m_stage == Stage::Idle) {
         m_userInitiated = false;
         m_item.reset();
@@ -205,8 +211,11 @@ void Updater::setStage(Stage stage)
     } else {
         m_schedule.stop();
     }
-    const bool canCheck = m_started && (m_stage == Stage::Idle || m_stage == Stage::UpToDate ||
-                                        m_stage == Stage::HandedOver || m_stage == Stage::Failed);
+    // An offer of the schedule may be waiting for its time: who asks meanwhile is answered.
+    const bool isUnaskedOffer = m_stage == Stage::Available && !m_userInitiated;
+    const bool canCheck =
+        m_started && (m_stage == Stage::Idle || m_stage == Stage::UpToDate ||
+                      m_stage == Stage::HandedOver || m_stage == Stage::Failed || isUnaskedOffer);
     const bool changed = std::exchange(m_canCheck, canCheck) != canCheck;
     Q_EMIT stageChanged();
     if (changed) {
@@ -219,6 +228,20 @@ void Updater::noteCheck()
     // Here too: where settings cannot be written, the server is not to be asked without end.
     m_lastCheck = QDateTime::currentDateTimeUtc();
     UpdateMemory::setLastCheck(*m_lastCheck);
+}
+
+void Updater::noteFeed(const QDateTime &date)
+{
+    // One that is dated in the future by mistake is not to shut out those that correct it.
+    const QDateTime seen = std::min(date, QDateTime::currentDateTimeUtc());
+    // Here too: an old feed is refused where settings cannot be written as well.
+    m_newestFeed = m_newestFeed ? std::max(*m_newestFeed, seen) : seen;
+    UpdateMemory::noteFeed(m_configuration->feed, seen);
+}
+
+std::optional<QDateTime> Updater::newestSeen() const
+{
+    return std::max(m_newestFeed, UpdateMemory::newestFeed(m_configuration->feed));
 }
 
 std::chrono::milliseconds Updater::timeUntilDue() const

@@ -58,6 +58,7 @@ class Updater : public QObject
     Q_PROPERTY(bool userInitiated READ isUserInitiated NOTIFY stageChanged)
     Q_PROPERTY(QString currentVersion READ currentVersion CONSTANT)
     Q_PROPERTY(QString newVersion READ newVersion NOTIFY stageChanged)
+    Q_PROPERTY(QString packageFile READ packageFile NOTIFY stageChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY stageChanged)
     Q_PROPERTY(quillmark::NotesModel *notes READ notes CONSTANT)
     Q_PROPERTY(double received READ received NOTIFY progressChanged)
@@ -85,7 +86,8 @@ public:
     /// From now on it can check, and does so on schedule. Does nothing without a configuration.
     void start();
 
-    /// False until it was started, and while it has something in hand.
+    /// False until it was started, and while it has something in hand; an offer for which nobody
+    /// asked is nothing that keeps the user from asking.
     bool canCheckForUpdates() const { return m_canCheck; }
     Stage stage() const { return m_stage; }
     /// Whether there is something to be shown.
@@ -96,6 +98,8 @@ public:
     QString currentVersion() const { return m_surroundings.currentVersion; }
     /// Available to HandedOver: what people call the new version.
     QString newVersion() const;
+    /// HandedOver: the path of the package.
+    QString packageFile() const { return m_packageFile; }
     /// Failed: why.
     QString errorText() const { return m_errorText; }
     /// Available: the new version's notes, and the page with more of them if there is one.
@@ -129,6 +133,8 @@ private:
     void setStage(Stage stage);
     void endWork();
     void noteCheck();
+    void noteFeed(const QDateTime &date);
+    std::optional<QDateTime> newestSeen() const;
     void schedule();
     void checkIfDue();
     std::chrono::milliseconds timeUntilDue() const;
@@ -143,7 +149,9 @@ private:
     std::unique_ptr<PackageDownload> m_download;
     NotesModel m_notes;
     std::optional<AppcastItem> m_item;
-    std::optional<QDateTime> m_lastCheck; ///< of this process
+    std::optional<QDateTime> m_lastCheck;  ///< of this process
+    std::optional<QDateTime> m_newestFeed; ///< that this process has seen
+    QString m_packageFile;
     QString m_errorText;
     Stage m_stage = Stage::Idle;
     bool m_started = false;
