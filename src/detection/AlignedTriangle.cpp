@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t mostNeighbours = 24;
 constexpr std::size_t mostCandidates = 500;
+constexpr double onePlace = 0.03;   // of the distance between a triangle's ends
 constexpr double mostLeaning = 0.4; // tangent of the angle to a pattern's side
 constexpr double leastModules = 14 * 0.8;
 constexpr double mostModules = 170 * 1.2;
@@ -208,23 +209,6 @@ std::optional<FinderTriangle> supposedTriangle(const FittedFinder &corner, const
                           misfitOfSupposed + neighbour.misfit - neighbour.timing[side]};
 }
 
-/// Keeps the best candidates, best first.
-void keepBest(std::vector<FinderTriangle> &candidates)
-{
-    std::ranges::stable_sort(candidates, {}, &FinderTriangle::misfit);
-    if (candidates.size() > mostCandidates) {
-        candidates.erase(candidates.begin() + mostCandidates, candidates.end());
-    }
-}
-
-bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
-{
-    const double size = std::hypot(b.first.x - b.second.x, b.first.y - b.second.y);
-    return a.corner.isDark == b.corner.isDark &&
-           std::hypot(a.middle().x - b.middle().x, a.middle().y - b.middle().y) < 0.03 * size &&
-           std::hypot(a.corner.x - b.corner.x, a.corner.y - b.corner.y) < 0.03 * size;
-}
-
 } // namespace
 
 std::vector<FinderTriangle>
@@ -235,7 +219,7 @@ alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders,
     for (std::size_t corner = 0; corner < finders.size(); ++corner) {
         const std::vector<Neighbour> ends = search.of(corner);
         if (candidates.size() > 4 * mostCandidates) {
-            keepBest(candidates);
+            keepBest(candidates, mostCandidates);
         }
         for (std::size_t i = 0; i < ends.size(); ++i) {
             if (const auto supposed =
@@ -254,17 +238,8 @@ alignedTriangles(const LumaView &picture, std::span<const FittedFinder> finders,
             }
         }
     }
-    keepBest(candidates);
-    std::vector<FinderTriangle> chosen;
-    for (const FinderTriangle &candidate : candidates) {
-        const auto isKnown = [&candidate](const FinderTriangle &known) {
-            return standInOnePlace(candidate, known);
-        };
-        if (chosen.size() < most && std::ranges::none_of(chosen, isKnown)) {
-            chosen.push_back(candidate);
-        }
-    }
-    return chosen;
+    keepBest(candidates, mostCandidates);
+    return inDifferentPlaces(candidates, onePlace, most);
 }
 
 } // namespace quillmark

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <optional>
 
 namespace quillmark {
@@ -18,6 +19,7 @@ constexpr std::size_t mostTried = 80;
 constexpr std::size_t mostTimed = 500;
 constexpr std::size_t mostNeighbours = 32;
 constexpr std::size_t mostCandidates = 500; // triangles of each kind that are compared
+constexpr double onePlace = 0.15;           // of the distance between a triangle's ends
 constexpr int leastStrength = 5;            // of three marks together
 constexpr double largestModuleRatio = 1.7;  // near and far end of a leaning card
 constexpr double largestSideRatio = 1.9;
@@ -87,15 +89,6 @@ std::vector<std::vector<std::size_t>> neighboursOf(const std::vector<FinderMark>
     return neighbours;
 }
 
-/// Keeps the best triangles, best first.
-void keepBest(std::vector<FinderTriangle> &triangles)
-{
-    std::ranges::stable_sort(triangles, {}, &FinderTriangle::misfit);
-    if (triangles.size() > mostCandidates) {
-        triangles.erase(triangles.begin() + mostCandidates, triangles.end());
-    }
-}
-
 /// The best triangles of marks that are neighbours two by two, best first.
 template <typename AreNeighbours>
 void addTriangles(const std::vector<FinderMark> &marks, const AreNeighbours &areNeighbours,
@@ -113,18 +106,18 @@ void addTriangles(const std::vector<FinderMark> &marks, const AreNeighbours &are
             }
         }
         if (triangles.size() > 4 * mostCandidates) {
-            keepBest(triangles);
+            keepBest(triangles, mostCandidates);
         }
     }
-    keepBest(triangles);
+    keepBest(triangles, mostCandidates);
 }
 
-bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b)
+bool standInOnePlace(const FinderTriangle &a, const FinderTriangle &b, double near)
 {
-    const double size = distance(b.first, b.second);
+    const double reach = near * distance(b.first, b.second);
     return a.corner.isDark == b.corner.isDark &&
-           std::hypot(a.middle().x - b.middle().x, a.middle().y - b.middle().y) < 0.15 * size &&
-           std::hypot(a.corner.x - b.corner.x, a.corner.y - b.corner.y) < 0.15 * size;
+           std::hypot(a.middle().x - b.middle().x, a.middle().y - b.middle().y) < reach &&
+           distance(a.corner, b.corner) < reach;
 }
 
 } // namespace
@@ -151,13 +144,27 @@ std::vector<FinderTriangle> findTriangles(const LumaView &picture,
     }
     candidates.insert(candidates.end(), others.begin(), others.end());
 
+    return inDifferentPlaces(candidates, onePlace, most);
+}
+
+void keepBest(std::vector<FinderTriangle> &triangles, std::size_t most)
+{
+    std::ranges::stable_sort(triangles, {}, &FinderTriangle::misfit);
+    if (triangles.size() > most) {
+        triangles.erase(triangles.begin() + static_cast<std::ptrdiff_t>(most), triangles.end());
+    }
+}
+
+std::vector<FinderTriangle> inDifferentPlaces(std::span<const FinderTriangle> triangles,
+                                              double near, std::size_t most)
+{
     std::vector<FinderTriangle> chosen;
-    for (const FinderTriangle &candidate : candidates) {
-        const auto isKnown = [&candidate](const FinderTriangle &known) {
-            return standInOnePlace(candidate, known);
+    for (const FinderTriangle &triangle : triangles) {
+        const auto isHere = [&](const FinderTriangle &known) {
+            return standInOnePlace(triangle, known, near);
         };
-        if (chosen.size() < most && std::ranges::none_of(chosen, isKnown)) {
-            chosen.push_back(candidate);
+        if (chosen.size() < most && std::ranges::none_of(chosen, isHere)) {
+            chosen.push_back(triangle);
         }
     }
     return chosen;

@@ -6,6 +6,7 @@
 #include "detection/FinderScan.h"
 #include "detection/QrSymbol.h"
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -40,5 +41,13 @@ bool canBeNeighbours(const FinderMark &a, const FinderMark &b);
 /// Any thread.
 std::vector<FinderTriangle> findTriangles(const LumaView &picture,
                                           std::span<const FinderMark> marks, std::size_t most);
+
+/// Keeps the `most` triangles that fit best, best first.
+void keepBest(std::vector<FinderTriangle> &triangles, std::size_t most);
+
+/// The first `most` of those that stand in different places: two are in one where their corners
+/// and middles are nearer than a share `near` of the distance between the ends.
+std::vector<FinderTriangle> inDifferentPlaces(std::span<const FinderTriangle> triangles,
+                                              double near, std::size_t most);
 
 } // namespace quillmark

@@ -80,37 +80,9 @@ bool areOne(const FinderTriangle &a, const FinderTriangle &b)
 
 } // namespace
 
-bool FrameSearch::isScannedAt(int scale) const
-{
-    return std::min(m_frame.width, m_frame.height) / scale >= leastScannedSide;
-}
-
 bool FrameSearch::mayTryMore() const
 {
     return !isOver() && m_tried.size() < mostTried && m_spent < mostSpent;
-}
-
-std::size_t FrameSearch::pixelsAt(int scale) const
-{
-    return static_cast<std::size_t>(m_frame.width / scale) *
-           static_cast<std::size_t>(m_frame.height / scale);
-}
-
-LumaView FrameSearch::copy(int scale)
-{
-    if (scale == 1 || scale == 3 || scale == 9) {
-        return m_looks.copy(scale);
-    }
-    const auto known = m_copies.find(scale);
-    if (known != m_copies.end()) {
-        return known->second;
-    }
-    // From a copy that is there already, where one divides it: that is less to read.
-    int from = scale % 3 == 0 ? 3 : 1;
-    for (const auto &[other, image] : m_copies) {
-        from = scale % other == 0 ? other : from;
-    }
-    return m_copies.emplace(scale, reduceByBox(copy(from), scale / from)).first->second;
 }
 
 int FrameSearch::earlyEnd(int look) const
@@ -172,7 +144,7 @@ void FrameSearch::run()
         const int scale = m_looks.scale(i);
         takeIn(m_looks.marks(i), m_looks.copy(scale), {0, 0}, scale);
     }
-    const bool isLarge = pixelsAt(1) > mostSearched;
+    const bool isLarge = m_pyramid.pixelsAt(1) > mostSearched;
     for (const int scale : isLarge ? std::span<const int>(largeRegionScales) : regionScales) {
         if (mayTryMore()) {
             lookAtRegions(scale);
@@ -199,28 +171,19 @@ void FrameSearch::run()
             lookAtWhole(scale);
         }
     }
-    if (!isOver() && pixelsAt(1) <= tinyPicture) {
+    if (!isOver() && m_pyramid.pixelsAt(1) <= tinyPicture) {
         lookAtEnlarged();
     }
 }
 
-/// Where the frame is busy as a code is, on its copy.
-const std::vector<PixelArea> &FrameSearch::regionsAt(int scale)
-{
-    const auto known = m_regions.find(scale);
-    return known != m_regions.end()
-               ? known->second
-               : m_regions.emplace(scale, findCodeRegions(copy(scale))).first->second;
-}
-
-/// Looks harder there.
+/// Looks harder where the frame is busy as a code is.
 void FrameSearch::lookAtRegions(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
+    if (!m_pyramid.isScannedAt(scale) || m_pyramid.pixelsAt(scale) > mostSearched) {
         return;
     }
-    const LumaView picture = copy(scale);
-    for (const PixelArea &area : regionsAt(scale)) {
+    const LumaView picture = m_pyramid.copy(scale);
+    for (const PixelArea &area : m_pyramid.regions(scale)) {
         const PixelPoint corner{static_cast<double>(std::max(area.left, 0)),
                                 static_cast<double>(std::max(area.top, 0))};
         const LumaView part = picture.cropped(area.left, area.top, area.width, area.height);
@@ -241,11 +204,11 @@ void FrameSearch::lookAtRegion(const LumaView &part, PixelPoint corner, int scal
 /// Looks there for finder patterns as a whole, where the runs along rows show none.
 void FrameSearch::lookForShapes(int scale)
 {
-    if (!isScannedAt(scale) || pixelsAt(scale) > mostSearched) {
+    if (!m_pyramid.isScannedAt(scale) || m_pyramid.pixelsAt(scale) > mostSearched) {
         return;
     }
-    const LumaView picture = copy(scale);
-    for (const PixelArea &area : regionsAt(scale)) {
+    const LumaView picture = m_pyramid.copy(scale);
+    for (const PixelArea &area : m_pyramid.regions(scale)) {
         const PixelArea whole{area.left * scale, area.top * scale, area.width * scale,
                               area.height * scale};
         const auto isLike = [&whole](const PixelArea &known) { return areAlike(whole, known); };
@@ -365,12 +328,13 @@ void FrameSearch::lookAtWhole(int scale)
     // It tries every three patterns, which takes seconds where hundreds look like one. In a large
     // frame it sees nothing where not one pattern was seen twice.
     const std::vector<FinderMark> &marks = m_pool.marks();
-    const bool isHopeless = pixelsAt(1) > mostSearched && std::ranges::none_of(marks, isSeenTwice);
-    if (isHopeless || marks.size() > mostForLibrary || !isScannedAt(scale) ||
-        pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
+    const bool isHopeless =
+        m_pyramid.pixelsAt(1) > mostSearched && std::ranges::none_of(marks, isSeenTwice);
+    if (isHopeless || marks.size() > mostForLibrary || !m_pyramid.isScannedAt(scale) ||
+        m_pyramid.pixelsAt(scale) > (scale == 1 ? smallPicture : smallCopy)) {
         return;
     }
-    LumaImage picture = sharpen(copy(scale), wholeSharpening);
+    LumaImage picture = sharpen(m_pyramid.copy(scale), wholeSharpening);
     const QrEffort effort = scale == 1 ? QrEffort::thorough : QrEffort::quick;
     for (QrSymbol &symbol : readCopy({std::move(picture), 1.0 * scale}, effort)) {
         m_symbols.add(std::move(symbol));

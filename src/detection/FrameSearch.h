@@ -7,12 +7,12 @@
 #include "detection/CodeRegion.h"
 #include "detection/FinderTriangle.h"
 #include "detection/FrameLooks.h"
+#include "detection/FramePyramid.h"
 #include "detection/LumaView.h"
 #include "detection/MarkPool.h"
 #include "detection/SymbolList.h"
 
 #include <cstddef>
-#include <map>
 #include <span>
 #include <vector>
 
@@ -25,7 +25,7 @@ class FrameSearch
 public:
     /// Puts codes into `found`. Both must outlive it. Throws std::bad_alloc, as all of it does.
     FrameSearch(const LumaView &frame, SymbolList &found)
-        : m_frame(frame), m_looks(frame), m_symbols(found)
+        : m_frame(frame), m_looks(frame), m_pyramid(frame, m_looks), m_symbols(found)
     {}
 
     /// Looks at a frame while its rows come, which makes run() shorter and changes nothing
@@ -41,15 +41,8 @@ private:
     bool isOver() const { return m_symbols.hasSlate(); }
     /// Whether another look may lead anywhere.
     bool mayTryMore() const;
-    /// Whether a copy is large enough for a code to be seen.
-    bool isScannedAt(int scale) const;
-    std::size_t pixelsAt(int scale) const;
-    /// The frame at 1/scale of its size.
-    LumaView copy(int scale);
-
     int earlyEnd(int look) const;
     void lookEarly(int end);
-    const std::vector<PixelArea> &regionsAt(int scale);
     void lookAtRegions(int scale);
     void lookAtRegion(const LumaView &part, PixelPoint corner, int scale, int sharpening);
     void takeIn(std::vector<FinderMark> marks, const LumaView &part, PixelPoint corner, int scale);
@@ -66,22 +59,22 @@ private:
 
     LumaView m_frame;
     FrameLooks m_looks;
+    FramePyramid m_pyramid;
     bool m_isFollowed = false;
-    std::size_t m_earlyMarks = 0;      ///< that the last early look saw
-    std::map<int, LumaImage> m_copies; ///< beyond those of m_looks
+    std::size_t m_earlyMarks = 0; ///< that the last early look saw
     MarkPool m_pool;
     std::vector<FinderTriangle> m_tried;
-    std::map<int, std::vector<PixelArea>> m_regions; ///< by scale, in pixels of the copy
-    std::vector<PixelArea> m_shapeAreas;             ///< where shapes were looked for
-    std::size_t m_spent = 0;                         ///< on comparing marks
-    std::size_t m_equalised = 0;                     ///< modules, by readGrid()
+    std::vector<PixelArea> m_shapeAreas; ///< where shapes were looked for
+    std::size_t m_spent = 0;             ///< on comparing marks
+    std::size_t m_equalised = 0;         ///< modules, by readGrid()
     SymbolList &m_symbols;
 };
 
 /// All that is found on a frame; where memory does not suffice, what was found until then.
 SymbolList searchFrame(const LumaView &frame);
 
-/// The same while the rows of the frame come: nothing where it is abandoned.
+/// The same while the rows of the frame come. Where it is abandoned, what was found until then may
+/// be from rows that are not the frame's: it is of no use.
 SymbolList searchFrame(LumaRows &rows);
 
 } // namespace quillmark
