@@ -5,6 +5,8 @@
 
 #include "detection/FrameDecoder.h"
 #include "detection/FrameLooks.h"
+#include "detection/FrameSearch.h"
+#include "detection/LumaRows.h"
 #include "detection/QrReader.h"
 #include "support/ImageFiles.h"
 #include "support/TempDir.h"
@@ -14,6 +16,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <thread>
@@ -71,6 +75,29 @@ TEST(FrameScan, findsWhatIsFoundOneAfterTheOther)
             EXPECT_EQ(scanFrame(folder / name), expected) << name;
         }
     }
+}
+
+TEST(FrameScan, rowsThatNeverBecomeFinalAreNotSearched)
+{
+    test::SimulatedFrame frame;
+    frame.width = 1200;
+    frame.height = 4000;
+    test::SimulatedCard card;
+    card.code = test::encodeQr("final", test::QrLevel::M, 2);
+    card.pose = {.centreX = 600, .centreY = 500, .modulePixels = 27};
+    test::SimulatedCard later = card;
+    later.code = test::encodeQr("not final", test::QrLevel::M, 2);
+    later.pose.centreY = 3500;
+    frame.cards = {card, later};
+    const LumaImage luma = test::renderLuma(frame);
+    ASSERT_THAT(searchFrame(luma).texts(), testing::SizeIs(2));
+
+    LumaRows rows(luma.width, luma.height);
+    std::ranges::copy(luma.pixels, rows.rows(0, luma.height));
+    rows.advance(3000);
+    rows.abandon();
+    EXPECT_EQ(searchFrame(rows).texts(),
+              std::vector<std::optional<QString>>{QStringLiteral("final")});
 }
 
 TEST(FrameScan, aFrameThatIsCutShortIsSearchedAsFarAsItGoes)
