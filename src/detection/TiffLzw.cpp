@@ -3,6 +3,8 @@
 
 #include "detection/TiffLzw.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -12,7 +14,6 @@ namespace quillmark {
 namespace {
 
 constexpr std::size_t clearCode = 256;
-constexpr std::size_t endCode = 257;
 constexpr std::size_t firstFree = 258;
 constexpr unsigned leastBits = 9;
 constexpr unsigned mostBits = 12;
@@ -20,11 +21,15 @@ constexpr unsigned mostBits = 12;
 /// The window begins with these, so that a code of a single byte is like any other.
 constexpr std::size_t singles = 256;
 
-/// What is copied at once. Nothing is checked for each string, so this much more than the longest
-/// may be written behind what is asked for.
+/// Codes that are unpacked between two checks: a refill gives bits for as many.
+constexpr std::size_t together = 4;
+static_assert(together * mostBits <= 56);
+
+/// What is copied at once. Nothing is checked for each string, so this much more than some of the
+/// longest may be written behind what is asked for.
 constexpr std::size_t copied = 16;
 constexpr std::size_t longest = 5119;
-constexpr std::size_t slack = longest + 2 * copied;
+constexpr std::size_t slack = together * longest + 2 * copied;
 
 /// Between two clearings there may be this much, if each string is the one before and one byte
 /// more. It must all be there, because strings are made of what was unpacked before.
@@ -36,32 +41,31 @@ constexpr std::size_t streamKept = 2U << 20U;
 /// Packed bytes that are read at once.
 constexpr std::size_t streamInput = 64U << 10U;
 
-std::uint64_t bigEndian(const std::uint8_t *bytes)
-{
-    std::uint64_t value = 0;
-    for (int i = 0; i < 8; ++i) {
-        value = value << 8U | bytes[i];
-    }
-    return value;
-}
-
 /// The bits of the next code: one code earlier more of them than needed, as the format has it.
 unsigned widthFor(std::size_t free)
 {
     return std::clamp(static_cast<unsigned>(std::bit_width(free + 1)), leastBits, mostBits);
 }
 
-/// Whole blocks, up to `copied` - 1 bytes too many. What is needed of the source lies before
-/// the place that is written.
-void copyBlocks(std::uint8_t *to, const std::uint8_t *from, std::size_t count)
+void copyBlock(std::uint8_t *to, const std::uint8_t *from)
 {
-    std::size_t done = 0;
-    do {
-        std::array<std::uint8_t, copied> block{};
-        std::memcpy(block.data(), from + done, copied);
-        std::memcpy(to + done, block.data(), copied);
-        done += copied;
-    } while (done < count);
+    std::array<std::uint8_t, copied> block{};
+    std::memcpy(block.data(), from, copied);
+    std::memcpy(to, block.data(), copied);
+}
+
+/// Copies whole blocks, up to `copied` - 1 bytes too many. The last byte of the code that comes
+/// next is not there yet: it is the first one.
+inline void copyString(std::uint8_t *window, std::size_t to, std::size_t from, std::size_t length,
+                       bool isNext)
+{
+    copyBlock(window + to, window + from);
+    for (std::size_t done = copied; done < length; done += copied) {
+        copyBlock(window + to + done, window + from + done);
+    }
+    if (isNext) {
+        window[to + length - 1] = window[from];
+    }
 }
 
 } // namespace
@@ -138,14 +142,21 @@ void TiffLzw::setInput(const FrameFile &file, const TiffSpan &packed, std::size_
     m_free = 0;
     m_last = {};
     for (std::size_t i = 0; i < singles; ++i) {
-        m_strings[i] = {static_cast<std::uint32_t>(i), 1};
+        m_strings[i] = String(i, 1);
     }
+    clearStrings(m_strings.size());
+}
+
+/// Forgets the strings before `end`.
+void TiffLzw::clearStrings(std::size_t end)
+{
+    std::fill_n(m_strings.begin() + singles, end - singles, String{});
 }
 
 /// As many bits as go in, or all that are left. For where the input may end.
-TiffLzw::Bits TiffLzw::refilled(Bits bits)
+void TiffLzw::refill()
 {
-    while (bits.count <= 56) {
+    while (m_bits.count <= 56) {
         if (m_inputAt == m_inputEnd) {
             const auto wanted = static_cast<std::size_t>(
                 std::min<std::uint64_t>(m_input.size(), m_fileEnd - m_offset));
@@ -156,82 +167,119 @@ TiffLzw::Bits TiffLzw::refilled(Bits bits)
                 break;
             }
         }
-        bits.all |= std::uint64_t{m_input[m_inputAt++]} << (56U - bits.count);
-        bits.count += 8;
+        m_bits.all |= std::uint64_t{m_input[m_inputAt++]} << (56U - m_bits.count);
+        m_bits.count += 8;
     }
-    return bits;
 }
 
-/// Unpacks until the window is filled to `end`, and by a string more at most, or to where it is
-/// cleared behind `clearAt`.
+/// Unpacks until the window is filled to `end`, and by a few strings more at most, or to where it
+/// is cleared behind `clearAt`.
 TiffLzw::Stop TiffLzw::run(std::size_t end, std::size_t clearAt)
+{
+    while (m_written < end) {
+        if (!m_last.isNone()) {
+            switch (widthFor(m_free)) {
+            case 9:
+                runFast<9>(end);
+                break;
+            case 10:
+                runFast<10>(end);
+                break;
+            case 11:
+                runFast<11>(end);
+                break;
+            default:
+                runFast<12>(end);
+            }
+        }
+        if (m_written < end) {
+            const Stop stop = step(clearAt);
+            if (stop != Stop::enough) {
+                return stop;
+            }
+        }
+    }
+    return Stop::enough;
+}
+
+/// One code, of whatever kind.
+TiffLzw::Stop TiffLzw::step(std::size_t clearAt)
+{
+    const unsigned width = widthFor(m_free);
+    refill();
+    if (m_bits.count < width) {
+        return Stop::failed;
+    }
+    const auto code = static_cast<std::size_t>(m_bits.all >> (64U - width));
+    m_bits.all <<= width;
+    m_bits.count -= width;
+    if (code == clearCode) {
+        clearStrings(std::max(m_free + 1, firstFree));
+        m_free = firstFree;
+        m_last = {};
+        return m_written > clearAt ? Stop::cleared : Stop::enough;
+    }
+    if (m_free == 0 || m_free >= codes) {
+        return Stop::failed;
+    }
+    const bool isFirst = m_last.isNone();
+    if (!isFirst) {
+        m_strings[m_free] = m_last.longer();
+    }
+    const String string = m_strings[code];
+    if (string.isNone()) {
+        return Stop::failed;
+    }
+    copyString(m_window.data(), m_written, string.start(), string.length(), code == m_free);
+    m_free += isFirst ? 0 : 1;
+    m_last = string.at(m_written);
+    m_written += string.length();
+    return Stop::enough;
+}
+
+/// Goes on while codes have this many bits and stand for strings, and there is input for some of
+/// them. To be called behind a string.
+template <unsigned width>
+void TiffLzw::runFast(std::size_t end)
 {
     std::uint8_t *const window = m_window.data();
     // The compiler cannot keep members in registers beside bytes that are written.
     const std::uint8_t *const input = m_input.data();
+    const std::size_t inputEnd = m_inputEnd;
+    constexpr std::size_t freeEnd = width < mostBits ? (1U << width) - 1 : codes;
     std::size_t inputAt = m_inputAt;
-    std::size_t inputEnd = m_inputEnd;
     Bits bits = m_bits;
     std::size_t free = m_free;
     String last = m_last;
     std::size_t written = m_written;
-    unsigned width = widthFor(free);
-    Stop stop = Stop::enough;
-    while (written < end) {
-        if (bits.count < mostBits) {
-            if (inputEnd - inputAt >= 8) {
-                bits.all |= bigEndian(input + inputAt) >> bits.count;
-                inputAt += (63U - bits.count) / 8;
-                bits.count |= 56U;
-            } else {
-                m_inputAt = inputAt;
-                bits = refilled(bits);
-                inputAt = m_inputAt;
-                inputEnd = m_inputEnd;
-                if (bits.count < width) {
-                    stop = Stop::failed;
-                    break;
-                }
-            }
-        }
+    const auto unpackOne = [&] {
         const auto code = static_cast<std::size_t>(bits.all >> (64U - width));
+        m_strings[free] = last.longer();
+        const String string = m_strings[code];
+        if (string.isNone()) {
+            return false;
+        }
         bits.all <<= width;
         bits.count -= width;
-        if (code == clearCode) {
-            free = firstFree;
-            last = {};
-            width = leastBits;
-            if (written > clearAt) {
-                stop = Stop::cleared;
-                break;
-            }
-            continue;
-        }
-        // What stands behind the string before is the first byte of this one.
-        m_strings[free] = {last.start, last.length + 1};
-        const bool isFirst = last.length == 0;
-        if (code == endCode || code > free - (isFirst ? 1 : 0) || free >= codes || free == 0) {
-            stop = Stop::failed;
+        copyString(window, written, string.start(), string.length(), code == free);
+        ++free;
+        last = string.at(written);
+        written += string.length();
+        return true;
+    };
+    while (written < end && free + together <= freeEnd && inputEnd - inputAt >= 8) {
+        bits.all |= qFromBigEndian<std::uint64_t>(input + inputAt) >> bits.count;
+        inputAt += (63U - bits.count) / 8;
+        bits.count |= 56U;
+        if (!(unpackOne() && unpackOne() && unpackOne() && unpackOne())) {
             break;
         }
-        const String string = m_strings[code];
-        copyBlocks(window + written, window + string.start, string.length);
-        if (code == free) {
-            // Its last byte was not there yet.
-            window[written + string.length - 1] = window[string.start];
-        }
-        if (!isFirst) {
-            width = widthFor(++free);
-        }
-        last = {static_cast<std::uint32_t>(written), string.length};
-        written += string.length;
     }
     m_inputAt = inputAt;
     m_bits = bits;
     m_free = free;
     m_last = last;
     m_written = written;
-    return stop;
 }
 
 } // namespace quillmark

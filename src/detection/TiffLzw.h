@@ -34,10 +34,29 @@ public:
 private:
     static constexpr std::size_t codes = 5119;
 
-    /// What a code stands for: some bytes of the window.
-    struct String {
-        std::uint32_t start;
-        std::uint32_t length;
+    /// What a code stands for: some bytes of the window, or none where it stands for nothing yet
+    /// or has a meaning of its own. In one number, which is stored and loaded at once.
+    class String
+    {
+    public:
+        String() = default;
+        String(std::size_t start, std::size_t length) : m_all(start | length << lengthShift) {}
+
+        bool isNone() const { return m_all == 0; }
+        std::size_t start() const { return m_all & startMask; }
+        std::size_t length() const { return m_all >> lengthShift; }
+        /// As many bytes in another place.
+        String at(std::size_t start) const { return String((m_all & ~startMask) | start); }
+        /// With the byte behind it, which is the first one of the string that comes next.
+        String longer() const { return String(m_all + (std::uint64_t{1} << lengthShift)); }
+
+    private:
+        static constexpr unsigned lengthShift = 32;
+        static constexpr std::uint64_t startMask = (std::uint64_t{1} << lengthShift) - 1;
+
+        explicit String(std::uint64_t all) : m_all(all) {}
+
+        std::uint64_t m_all = 0;
     };
 
     /// The next bits, from the highest on. There may be some behind the counted ones, which
@@ -52,8 +71,12 @@ private:
     void clearWindow();
     void enlargeWindow(std::size_t size);
     void setInput(const FrameFile &file, const TiffSpan &packed, std::size_t atOnce);
-    Bits refilled(Bits bits);
+    void clearStrings(std::size_t end);
+    void refill();
     Stop run(std::size_t end, std::size_t clearAt);
+    Stop step(std::size_t clearAt);
+    template <unsigned width>
+    void runFast(std::size_t end);
 
     const FrameFile *m_file = nullptr;
     std::uint64_t m_offset = 0; ///< of what is still to be read, up to m_fileEnd
