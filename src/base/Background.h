@@ -3,10 +3,13 @@
 
 #pragma once
 
-#include <QCoro/QCoroFuture>
 #include <QCoro/QCoroTask>
+#include <QFuture>
+#include <QFutureWatcher>
+#include <QObject>
 #include <QtConcurrent/QtConcurrentRun>
 
+#include <coroutine>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -15,6 +18,29 @@
 #include <utility>
 
 namespace quillmark {
+
+/// Resumes the awaiting coroutine from its thread's event loop when a future is over, even if it
+/// is over already: what stands behind a call always comes before what stands behind co_await.
+class FutureEnd
+{
+public:
+    explicit FutureEnd(QFuture<void> future) : m_future(std::move(future)) {}
+
+    bool await_ready() const { return false; }
+    void await_suspend(std::coroutine_handle<> awaiting) const
+    {
+        auto *const watcher = new QFutureWatcher<void>;
+        QObject::connect(watcher, &QFutureWatcher<void>::finished, watcher, [watcher, awaiting] {
+            watcher->deleteLater();
+            awaiting.resume();
+        });
+        watcher->setFuture(m_future);
+    }
+    void await_resume() const {}
+
+private:
+    QFuture<void> m_future;
+};
 
 /// Runs a blocking function on a worker of the global thread pool, without blocking the
 /// awaiting coroutine, and gives what it returned or throws what it threw. The coroutine
@@ -49,8 +75,8 @@ auto runInBackground(Function function, Arguments... arguments)
             box->failure = std::current_exception();
         }
     };
-    const QFuture<void> finished =
-        QtConcurrent::run(std::move(work), std::move(function), std::move(arguments)...);
+    const FutureEnd finished(
+        QtConcurrent::run(std::move(work), std::move(function), std::move(arguments)...));
     co_await finished;
 
     if (box->failure) {

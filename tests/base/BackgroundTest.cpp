@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "base/Background.h"
+
+#include "support/Await.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <thread>
+
+namespace quillmark {
+namespace {
+
+using test::await;
+
+int threeOnAnotherThread(std::thread::id caller)
+{
+    return std::this_thread::get_id() == caller ? 0 : 3;
+}
+
+TEST(Background, givesWhatTheFunctionReturns)
+{
+    EXPECT_EQ(await(runInBackground(&threeOnAnotherThread, std::this_thread::get_id())), 3);
+}
+
+TEST(Background, throwsWhatTheFunctionThrows)
+{
+    auto failing = [] { throw std::out_of_range("its own"); };
+    EXPECT_THROW(await(runInBackground(failing)), std::out_of_range);
+}
+
+TEST(Background, nothingIsOverBeforeTheCallerHasGoneOn)
+{
+    // Often enough that some workers are quicker than the caller.
+    for (int i = 0; i < 2000; ++i) {
+        bool isOver = false;
+        auto waiting = [](bool &over) -> QCoro::Task<> {
+            co_await runInBackground([] {});
+            over = true;
+        };
+        QCoro::Task<> task = waiting(isOver);
+        ASSERT_FALSE(isOver) << "the " << i << "th";
+        await(std::move(task));
+        ASSERT_TRUE(isOver);
+    }
+}
+
+} // namespace
+} // namespace quillmark
