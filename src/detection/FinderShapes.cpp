@@ -7,10 +7,14 @@
 #include "detection/PatternFit.h"
 #include "detection/Reduce.h"
 #include "detection/RegionImage.h"
+#include "detection/WorkerThreads.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
 
 namespace quillmark {
 namespace {
@@ -88,22 +92,51 @@ void place(FittedFinder &finder, PixelPoint corner, double scale)
     finder.mark.module *= scale;
 }
 
+/// Fits each, side by side, and takes in what fits in their order.
+template <typename Fit>
+void addEach(std::size_t count, const Fit &fit, std::vector<FittedFinder> &finders)
+{
+    std::vector<std::optional<FittedFinder>> fitted(count);
+    shareOut(static_cast<int>(count), [&](int i) {
+        const auto index = static_cast<std::size_t>(i);
+        fitted[index] = fit(index);
+    });
+    for (const std::optional<FittedFinder> &finder : fitted) {
+        if (finder) {
+            addBetter(*finder, finders);
+        }
+    }
+}
+
+void addFitted(const LumaView &part, std::span<const PatternPlace> places, bool isDark,
+               PixelPoint corner, int scale, std::vector<FittedFinder> &finders)
+{
+    const RegionImage picture(part, wholeOf(part, isDark), std::max(part.width, part.height));
+    if (picture.isEmpty()) {
+        return;
+    }
+    const auto fit = [&](std::size_t i) {
+        std::optional<FittedFinder> finder;
+        if (const auto frame = fitTurnedFinder(picture, places[i].middle, places[i].module)) {
+            finder = finderOf(picture, *frame, isDark);
+            place(*finder, corner, scale);
+        }
+        return finder;
+    };
+    addEach(places.size(), fit, finders);
+}
+
 void addShapes(const LumaView &part, double leastModule, double mostModule, PixelPoint corner,
                int scale, std::vector<FittedFinder> &finders)
 {
-    const auto places = findPatternPlaces(part, leastModule, mostModule, mostPlaces);
-    for (const bool isDark : {true, false}) {
-        const RegionImage picture(part, wholeOf(part, isDark), std::max(part.width, part.height));
-        for (const PatternPlace &each : places) {
-            if ((each.correlation > 0) == isDark && !picture.isEmpty()) {
-                if (const auto frame = fitTurnedFinder(picture, each.middle, each.module)) {
-                    FittedFinder finder = finderOf(picture, *frame, isDark);
-                    place(finder, corner, scale);
-                    addBetter(finder, finders);
-                }
-            }
-        }
-    }
+    auto places = findPatternPlaces(part, leastModule, mostModule, mostPlaces);
+    const auto light =
+        std::stable_partition(places.begin(), places.end(),
+                              [](const PatternPlace &each) { return each.correlation > 0; });
+    const std::span all(places);
+    const auto dark = static_cast<std::size_t>(light - places.begin());
+    addFitted(part, all.first(dark), true, corner, scale, finders);
+    addFitted(part, all.subspan(dark), false, corner, scale, finders);
 }
 
 } // namespace
@@ -130,15 +163,19 @@ std::vector<FittedFinder> findFinderShapes(const LumaView &frame, const PixelAre
 std::vector<FittedFinder> fitFinderMarks(const LumaView &frame, std::span<const FinderMark> marks)
 {
     std::vector<FittedFinder> finders;
-    for (const FinderMark &mark : marks) {
+    const auto fit = [&](std::size_t i) {
+        const FinderMark &mark = marks[i];
+        std::optional<FittedFinder> finder;
         const RegionImage picture(frame, mark, fittedReach * mark.module);
         if (!picture.isEmpty()) {
             if (const auto found = fitTurnedFinder(picture, picture.fromFrame({mark.x, mark.y}),
                                                    mark.module / picture.scale())) {
-                addBetter(finderOf(picture, *found, mark.isDark), finders);
+                finder = finderOf(picture, *found, mark.isDark);
             }
         }
-    }
+        return finder;
+    };
+    addEach(marks.size(), fit, finders);
     return finders;
 }
 

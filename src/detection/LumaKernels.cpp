@@ -196,6 +196,25 @@ void AddSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t ce
 }
 #endif
 
+void AddMirrored(const float *row, const float *weights, std::size_t reach, std::size_t width,
+                 float *sums)
+{
+    const hn::ScalableTag<float> floats;
+    const std::size_t lanes = hn::Lanes(floats);
+    std::size_t x = 0;
+    for (; x + lanes <= width; x += lanes) {
+        const float *here = row + x;
+        auto sum = hn::Add(hn::LoadU(floats, sums + x),
+                           hn::Mul(hn::Set(floats, weights[0]), hn::LoadU(floats, here)));
+        for (std::size_t u = 1; u < reach; ++u) {
+            const auto both = hn::Add(hn::LoadU(floats, here - u), hn::LoadU(floats, here + u));
+            sum = hn::Add(sum, hn::Mul(hn::Set(floats, weights[u]), both));
+        }
+        hn::StoreU(sum, floats, sums + x);
+    }
+    scalar::addMirrored(row, weights, reach, x, width, sums);
+}
+
 } // namespace
 } // namespace quillmark::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -241,6 +260,14 @@ void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t ce
     static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(AddSteps))> kinds{
         nullptr, HWY_CHOOSE_TARGET_LIST(AddSteps), HWY_CHOOSE_FALLBACK(AddSteps)};
     bestKind(kinds)(row, below, cells, sums);
+}
+
+void addMirrored(const float *row, const float *weights, std::size_t reach, std::size_t width,
+                 float *sums)
+{
+    static constexpr KernelKinds<decltype(&HWY_STATIC_DISPATCH(AddMirrored))> kinds{
+        nullptr, HWY_CHOOSE_TARGET_LIST(AddMirrored), HWY_CHOOSE_FALLBACK(AddMirrored)};
+    bestKind(kinds)(row, weights, reach, width, sums);
 }
 
 } // namespace quillmark

@@ -46,4 +46,10 @@ inline constexpr std::size_t cellSteps = 14;
 void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::size_t cells,
               std::uint64_t *sums);
 
+/// Adds to each of `width` numbers what stands at and around the same place of a row, weighted by
+/// the distance: weights[0] * row[x] + weights[u] * (row[x - u] + row[x + u]) for u from 1 to
+/// before `reach`, in this order. The row goes on for reach - 1 numbers on either side.
+void addMirrored(const float *row, const float *weights, std::size_t reach, std::size_t width,
+                 float *sums);
+
 } // namespace quillmark

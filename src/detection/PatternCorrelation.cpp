@@ -3,7 +3,9 @@
 
 #include "detection/PatternCorrelation.h"
 
+#include "detection/LumaKernels.h"
 #include "detection/Reduce.h"
+#include "detection/WorkerThreads.h"
 
 #include <algorithm>
 #include <array>
@@ -175,15 +177,10 @@ private:
                 folded[x] = share * (above[x] + below[x]);
             }
             const auto &row = weights[static_cast<std::size_t>(v)];
-            for (int u = 0; u <= templateReach; ++u) {
-                const float weight = row[static_cast<std::size_t>(u)] * (u == 0 ? 0.5F : 1.0F);
-                if (weight == 0) {
-                    continue;
-                }
-                for (int x = templateReach; x < m_plane.width - templateReach; ++x) {
-                    out[x] += weight * (folded[x - u] + folded[x + u]);
-                }
-            }
+            const auto reach = static_cast<std::size_t>(std::ranges::find(row, 0.0F) - row.begin());
+            addMirrored(folded + templateReach, row.data(), reach,
+                        static_cast<std::size_t>(m_plane.width - 2 * templateReach),
+                        out + templateReach);
         }
     }
 
@@ -291,15 +288,19 @@ bool areOne(const PatternPlace &a, const PatternPlace &b)
 std::vector<PatternPlace> findPatternPlaces(const LumaView &picture, double leastModule,
                                             double mostModule, std::size_t most)
 {
-    std::vector<PatternPlace> places;
     const double octaves = std::log2(std::max(mostModule / leastModule, 1.0));
     const int steps = static_cast<int>(octaves / std::log2(moduleStep) + 0.01);
-    for (int step = 0; step <= steps; ++step) {
+    std::vector<std::vector<PatternPlace>> peaks(static_cast<std::size_t>(steps) + 1);
+    shareOut(steps + 1, [&](int step) {
         const double module = leastModule * std::pow(moduleStep, step);
         const Plane plane = resampled(picture, module / templateModule);
         if (std::min(plane.width, plane.height) > 2 * templateReach) {
-            addPeaks(Correlator(plane).run(), module, places);
+            addPeaks(Correlator(plane).run(), module, peaks[static_cast<std::size_t>(step)]);
         }
+    });
+    std::vector<PatternPlace> places;
+    for (const std::vector<PatternPlace> &ofStep : peaks) {
+        places.insert(places.end(), ofStep.begin(), ofStep.end());
     }
     std::ranges::stable_sort(places, std::ranges::greater{},
                              [](const PatternPlace &place) { return std::abs(place.correlation); });

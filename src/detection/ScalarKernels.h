@@ -83,6 +83,19 @@ inline void addSteps(const std::uint8_t *row, const std::uint8_t *below, std::si
     }
 }
 
+inline void addMirrored(const float *row, const float *weights, std::size_t reach,
+                        std::size_t first, std::size_t end, float *sums)
+{
+    for (std::size_t x = first; x < end; ++x) {
+        const float *here = row + x;
+        float sum = sums[x] + weights[0] * here[0];
+        for (std::size_t u = 1; u < reach; ++u) {
+            sum += weights[u] * (*(here - u) + *(here + u));
+        }
+        sums[x] = sum;
+    }
+}
+
 inline std::size_t findSignChanges(const std::int16_t *flat, std::size_t first, std::size_t end,
                                    std::int32_t *edges)
 {

@@ -267,12 +267,14 @@ void TiffLzw::runFast(std::size_t end)
         written += string.length();
         return true;
     };
-    while (written < end && free + together <= freeEnd && inputEnd - inputAt >= 8) {
+    bool isPlain = true;
+    while (isPlain && written < end && free + together <= freeEnd && inputEnd - inputAt >= 8) {
         bits.all |= qFromBigEndian<std::uint64_t>(input + inputAt) >> bits.count;
         inputAt += (63U - bits.count) / 8;
         bits.count |= 56U;
-        if (!(unpackOne() && unpackOne() && unpackOne() && unpackOne())) {
-            break;
+        isPlain = unpackOne();
+        for (std::size_t i = 1; i < together; ++i) {
+            isPlain = isPlain && unpackOne();
         }
     }
     m_inputAt = inputAt;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <exception>
 #include <mutex>
@@ -54,6 +55,19 @@ void runWorkers(int count, const Work &work)
     if (failure) {
         std::rethrow_exception(failure);
     }
+}
+
+/// Calls `work` with each of 0 to `count` - 1 once, on as many threads as one frame is worth.
+/// Throws what a call has thrown, when no other is at work any more.
+template <typename Work>
+void shareOut(int count, const Work &work)
+{
+    std::atomic<int> next = 0;
+    runWorkers(std::min(count, frameThreads()), [&](int) {
+        for (int i = next++; i < count; i = next++) {
+            work(i);
+        }
+    });
 }
 
 } // namespace quillmark

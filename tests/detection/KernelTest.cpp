@@ -186,6 +186,22 @@ TEST_P(Kernels, stepsAreThoseOfScalarCode)
     }
 }
 
+TEST_P(Kernels, mirroredSumsAreThoseOfScalarCode)
+{
+    constexpr std::array weights{0.31F, -0.17F, 0.05F, 0.013F};
+    for (const std::size_t reach : {1U, 2U, 4U}) {
+        withRows(6, [&](const std::vector<std::uint8_t> &row, std::size_t length) {
+            const std::vector<float> values(row.begin(), row.end());
+            std::vector<float> sums(length, 0.7F);
+            std::vector<float> expected = sums;
+            addMirrored(values.data() + 3, weights.data(), reach, length, sums.data());
+            scalar::addMirrored(values.data() + 3, weights.data(), reach, 0, length,
+                                expected.data());
+            ASSERT_EQ(sums, expected);
+        });
+    }
+}
+
 TEST_P(Kernels, signChangesAndRunsAreThoseOfScalarCode)
 {
     withRows(0, [](const std::vector<std::uint8_t> &row, std::size_t length) {
