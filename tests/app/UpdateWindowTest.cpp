@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-#include "app/AccessibleWindow.h"
-#include "app/UpdaterFixture.h"
-#include "app/updates/UpdaterCoordinator.h"
+#include "app/UpdateWindow.h"
 #include "support/Printers.h"
 
 #include <QDesktopServices>
@@ -17,104 +15,37 @@ namespace {
 
 using Session = IngestViewModel;
 using Stage = Updater::Stage;
-
-const QString menuItem = QStringLiteral("Check for Updates…");
-const QString next = QStringLiteral("2.0");
-const QString packagePath = test::PublishedFeed::packagePath(next);
-
-/// What has to be there before the window.
-class WithCoordinator : protected test::UpdaterFixture
-{
-protected:
-    explicit WithCoordinator(bool automatic)
-    {
-        m_coordinator =
-            std::make_unique<UpdaterCoordinator>(configuration(automatic), surroundings());
-        if (automatic) {
-            m_server.hold(); // until the test has published something
-        }
-    }
-
-    QVariantMap properties() const
-    {
-        return {{QStringLiteral("updates"), QVariant::fromValue(m_coordinator.get())}};
-    }
-    Updater &updater() { return *m_coordinator->controller()->updater(); }
-
-    std::unique_ptr<UpdaterCoordinator> m_coordinator;
-};
-
-class UpdateWindow : protected WithCoordinator, public test::AccessibleWindow
-{
-protected:
-    explicit UpdateWindow(bool automatic = false)
-        : WithCoordinator(automatic), AccessibleWindow(properties())
-    {}
-
-    void choose()
-    {
-        key(Qt::Key_F10);
-        press(one(menuItem, QAccessible::MenuItem));
-    }
-    void chooseAndWait(Stage stage)
-    {
-        choose();
-        ASSERT_TRUE(reaches(updater(), stage)) << qPrintable(updater().errorText());
-    }
-    bool isShown() const { return dialogs() == 1; }
-    qsizetype dialogs() const
-    {
-        return all(QStringLiteral("Software Update"), QAccessible::Dialog).size();
-    }
-    bool shows(const QString &text) const { return all(text, QAccessible::StaticText).size() == 1; }
-    QAccessibleInterface *button(const char *text) const
-    {
-        return one(QString::fromLatin1(text), QAccessible::Button);
-    }
-};
-
-/// The schedule has begun to look; the server waits to be released.
-class ScheduledUpdate : public UpdateWindow
-{
-protected:
-    ScheduledUpdate() : UpdateWindow(true) {}
-
-    void SetUp() override { ASSERT_TRUE(reaches(updater(), Stage::Checking)); }
-    void publish()
-    {
-        m_feed.add(next);
-        m_server.release();
-        ASSERT_TRUE(reaches(updater(), Stage::Available));
-    }
-};
+using test::UpdateWindow;
 
 TEST_F(UpdateWindow, menuFollowsTheUpdater)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     stall(test::PublishedFeed::path(), 1000);
     key(Qt::Key_F10);
-    auto *line = one(menuItem, QAccessible::MenuItem);
+    auto *line = one(test::updateMenuItem, QAccessible::MenuItem);
     EXPECT_FALSE(line->state().disabled);
     key(Qt::Key_Down);
     key(Qt::Key_Return);
     EXPECT_EQ(updater().stage(), Stage::Checking);
-    EXPECT_TRUE(all(menuItem, QAccessible::MenuItem).isEmpty()) << "the menu has closed";
+    EXPECT_TRUE(all(test::updateMenuItem, QAccessible::MenuItem).isEmpty())
+        << "the menu has closed";
     EXPECT_TRUE(isShown());
     key(Qt::Key_F10);
-    EXPECT_TRUE(all(menuItem, QAccessible::MenuItem).isEmpty()) << "nor can it be opened";
+    EXPECT_TRUE(all(test::updateMenuItem, QAccessible::MenuItem).isEmpty())
+        << "nor can it be opened";
 
     key(Qt::Key_Escape);
     EXPECT_FALSE(isShown());
     key(Qt::Key_F10);
-    EXPECT_FALSE(one(menuItem, QAccessible::MenuItem)->state().disabled);
+    EXPECT_FALSE(one(test::updateMenuItem, QAccessible::MenuItem)->state().disabled);
 }
 
 TEST_F(UpdateWindow, openMenuIsDisabledWhileACheckRuns)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     stall(test::PublishedFeed::path(), 1000);
     key(Qt::Key_F10);
-    auto *line = one(menuItem, QAccessible::MenuItem);
+    auto *line = one(test::updateMenuItem, QAccessible::MenuItem);
     updater().checkForUpdates();
     EXPECT_TRUE(line->state().disabled);
     updater().dismiss();
@@ -123,7 +54,7 @@ TEST_F(UpdateWindow, openMenuIsDisabledWhileACheckRuns)
 
 TEST_F(UpdateWindow, saysThatItChecks)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     stall(test::PublishedFeed::path(), 1000);
     choose();
     EXPECT_TRUE(shows(QStringLiteral("Checking for updates…")));
@@ -151,7 +82,7 @@ TEST_F(UpdateWindow, saysThatThereIsNothingNewer)
 
 TEST_F(UpdateWindow, asksWhatToDoAboutANewVersion)
 {
-    AppcastItem item = m_feed.item(next);
+    AppcastItem item = m_feed.item(test::nextVersion);
     item.notesFormat = AppcastItem::NotesFormat::Markdown;
     item.notes = QStringLiteral("# Better\n\nSee [it](https://example.org/a). <b>bold</b>");
     item.notesAddress = QUrl(QStringLiteral("https://example.org/notes"));
@@ -192,7 +123,7 @@ private:
 TEST_F(UpdateWindow, linksOpenWhenTheyArePressed)
 {
     const Browser browser;
-    AppcastItem item = m_feed.item(next);
+    AppcastItem item = m_feed.item(test::nextVersion);
     item.notesFormat = AppcastItem::NotesFormat::Markdown;
     item.notes = QStringLiteral("[it](https://example.org/a?b=c#d)");
     m_feed.add(item);
@@ -205,7 +136,7 @@ TEST_F(UpdateWindow, linksOpenWhenTheyArePressed)
 
 TEST_F(UpdateWindow, keyboardStaysInTheOffer)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     chooseAndWait(Stage::Available);
     QStringList stops;
     for (int i = 0; i < 6; ++i) {
@@ -219,17 +150,17 @@ TEST_F(UpdateWindow, keyboardStaysInTheOffer)
 
 TEST_F(UpdateWindow, skips)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     chooseAndWait(Stage::Available);
     press(button("SKIP THIS VERSION"));
     EXPECT_FALSE(isShown());
-    EXPECT_EQ(UpdateMemory::skippedVersion(), next);
+    EXPECT_EQ(UpdateMemory::skippedVersion(), test::nextVersion);
     EXPECT_EQ(focusedName(), QStringLiteral("CHOOSE FOLDER"));
 }
 
 TEST_F(UpdateWindow, remindsLater)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     for (const bool byKey : {false, true}) {
         chooseAndWait(Stage::Available);
         if (byKey) {
@@ -245,12 +176,12 @@ TEST_F(UpdateWindow, remindsLater)
 
 TEST_F(UpdateWindow, showsHowFarTheDownloadIs)
 {
-    m_feed.add(m_feed.item(next, QByteArray(2'500'000, 'p')));
+    m_feed.add(m_feed.item(test::nextVersion, QByteArray(2'500'000, 'p')));
     test::Answer half;
     half.body = QByteArray(1'250'000, 'p');
     half.announced = 2'500'000;
     half.manner = test::Answer::Manner::Stall;
-    m_server.answer(packagePath, half);
+    m_server.answer(test::nextPackage, half);
     chooseAndWait(Stage::Available);
     press(button("INSTALL"));
     EXPECT_EQ(focusedName(), QStringLiteral("CANCEL"));
@@ -268,7 +199,7 @@ TEST_F(UpdateWindow, showsHowFarTheDownloadIs)
 
 TEST_F(UpdateWindow, handsTheVerifiedPackageOver)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     chooseAndWait(Stage::Available);
     press(button("INSTALL"));
     ASSERT_TRUE(reaches(updater(), Stage::HandedOver));
@@ -286,9 +217,9 @@ TEST_F(UpdateWindow, handsTheVerifiedPackageOver)
 
 TEST_F(UpdateWindow, saysInWordsWhatFailed)
 {
-    m_feed.add(next);
+    m_feed.add(test::nextVersion);
     chooseAndWait(Stage::Available);
-    m_server.answer(packagePath, QByteArray("b package"));
+    m_server.answer(test::nextPackage, QByteArray("b package"));
     press(button("INSTALL"));
     ASSERT_TRUE(reaches(updater(), Stage::Failed));
     EXPECT_TRUE(shows(QStringLiteral("The update failed")));
@@ -318,68 +249,6 @@ TEST_F(UpdateWindow, leavesTheKeyboardToAScreenThatCameMeanwhile)
     EXPECT_EQ(focusedName(), QStringLiteral("CLOSE"));
     key(Qt::Key_Escape);
     EXPECT_EQ(focusedName(), QStringLiteral("TRY AGAIN"));
-}
-
-TEST_F(ScheduledUpdate, showsOnlyANewVersion)
-{
-    EXPECT_FALSE(isShown());
-    publish();
-    EXPECT_TRUE(isShown());
-}
-
-TEST_F(ScheduledUpdate, doesNotComeBetween)
-{
-    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
-    publish();
-    EXPECT_FALSE(isShown());
-    setState(Session::Idle{});
-    EXPECT_TRUE(isShown());
-}
-
-TEST_F(ScheduledUpdate, keyThatWasMeantForSomethingElseInstallsNothing)
-{
-    publish();
-    ASSERT_TRUE(isShown());
-    EXPECT_EQ(focusedName(), QStringLiteral("REMIND ME LATER"));
-    EXPECT_TRUE(focused()->text(QAccessible::Description).contains(QStringLiteral("new version")));
-    key(Qt::Key_Return);
-    EXPECT_FALSE(isShown());
-    EXPECT_EQ(updater().stage(), Stage::Idle);
-    EXPECT_EQ(m_server.count(packagePath), 0);
-}
-
-TEST_F(ScheduledUpdate, canBeAskedForWhileItsOfferWaits)
-{
-    setState(Session::ManualEntry{"/rolls/roll 12", std::nullopt});
-    publish();
-    EXPECT_FALSE(isShown());
-    EXPECT_TRUE(updater().canCheckForUpdates());
-    choose();
-    EXPECT_TRUE(isShown());
-    ASSERT_TRUE(reaches(updater(), Stage::Available));
-    EXPECT_TRUE(updater().isUserInitiated());
-    EXPECT_FALSE(updater().canCheckForUpdates());
-    EXPECT_EQ(dialogs(), 1);
-    EXPECT_EQ(focusedName(), QStringLiteral("INSTALL"));
-    key(Qt::Key_Escape);
-    EXPECT_EQ(updater().stage(), Stage::Idle);
-}
-
-TEST_F(ScheduledUpdate, waitsForTheMenuToClose)
-{
-    key(Qt::Key_F10);
-    publish();
-    EXPECT_FALSE(isShown());
-    key(Qt::Key_Escape);
-    EXPECT_TRUE(isShown());
-}
-
-TEST_F(ScheduledUpdate, showsNothingWhereItFails)
-{
-    m_server.release();
-    ASSERT_TRUE(reaches(updater(), Stage::Idle));
-    EXPECT_FALSE(isShown());
-    EXPECT_EQ(m_server.count(test::PublishedFeed::path()), 1);
 }
 
 } // namespace
