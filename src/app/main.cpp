@@ -10,7 +10,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QThreadPool>
 #include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -113,11 +112,12 @@ int main(int argc, char **argv)
     }
     const int status = QApplication::exec();
 
+    // What is under way behind a window that is gone: a download leaves no file behind.
+    updates.controller()->updater()->dismiss();
+
     // The application's destructor waits for the global thread pool, and a scan cannot be
-    // cancelled: it would keep a process without a window alive for as long as the folder
-    // takes. It only reads, so the process may end under it. Runs that write are over here.
-    if (QThreadPool::globalInstance()->activeThreadCount() > 0) {
-        std::quick_exit(status);
-    }
-    return status;
+    // cancelled, nor can the search for a server's address: they would keep a process without a
+    // window alive for as long as the folder or a name server takes. Both only read, so the
+    // process may end under them. Runs that write are over here.
+    std::quick_exit(status);
 }

@@ -8,8 +8,9 @@ import urllib.parse
 
 from harness.accessible import BUTTON, DIALOG, MENU_ITEM
 from harness.case import WindowCase
-from harness.feed import Feed
+from harness.feed import Feed, configure
 from harness.install import can_hide_programs, install, trusting
+from harness.program import build_folder
 from harness.waiting import WORK_DEADLINE, wait_until
 
 UPDATES = "Check for Updates…"
@@ -36,8 +37,12 @@ class Updates(WindowCase):
         executable = install(self.desktop.folder("prefix"))
         if feed:
             feed.configure(executable, **options)
+        return self.open_with_installer(executable, wrapper)
+
+    def open_with_installer(self, executable, wrapper=(), **environment):
         return self.open(executable, wrapper, XDG_CACHE_HOME=str(self.cache),
-                         PATH=f"{self.opened.parent}:{self.desktop.environment['PATH']}")
+                         PATH=f"{self.opened.parent}:{self.desktop.environment['PATH']}",
+                         **environment)
 
     def check(self, program):
         program.press("Quillmark", MENU_ITEM)
@@ -131,6 +136,18 @@ class Updates(WindowCase):
 
         self.assertEqual(program.wait_for_end(), 0)
         self.assertEqual(self.left_files(), [])
+
+    def test_quitting_does_not_wait_for_a_name_server(self):
+        executable = install(self.desktop.folder("prefix"))
+        configure(executable, "https://nobody-answers.invalid/appcast.xml", self.serve().public_key)
+        program = self.open_with_installer(
+            executable, LD_PRELOAD=str(build_folder() / "lib" / "hanging_resolver.so"))
+        self.check(program)
+        program.wait_for("Checking for updates…")
+
+        program.close_window()
+
+        self.assertEqual(program.wait_for_end(), 0)
 
     def test_swapped_package_is_refused(self):
         feed = self.serve()

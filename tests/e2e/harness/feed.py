@@ -35,6 +35,13 @@ class _Handler(http.server.SimpleHTTPRequestHandler):
         pass
 
 
+def configure(executable, address, public_key, automatic=False):
+    """Has an installed program look for updates at an address."""
+    bundle = executable.parent.parent / "share" / "quillmark" / BUNDLE
+    (bundle / "updates.json").write_text(json.dumps({
+        "feed": address, "publicKey": public_key, "automaticChecks": automatic}), encoding="utf-8")
+
+
 class Feed:
     """Serves a folder with a signed feed and its packages, over plain HTTP or over TLS.
 
@@ -91,10 +98,7 @@ class Feed:
 
     def configure(self, executable, automatic=False):
         """Has an installed program look for updates here."""
-        bundle = executable.parent.parent / "share" / "quillmark" / BUNDLE
-        (bundle / "updates.json").write_text(json.dumps({
-            "feed": f"{self._base}/appcast.xml", "publicKey": self.public_key,
-            "automaticChecks": automatic}), encoding="utf-8")
+        configure(executable, f"{self._base}/appcast.xml", self.public_key, automatic)
         return executable
 
     @staticmethod
