@@ -10,6 +10,7 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
+#include <QThreadPool>
 #include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -112,12 +113,15 @@ int main(int argc, char **argv)
     }
     const int status = QApplication::exec();
 
-    // What is under way behind a window that is gone: a download leaves no file behind.
-    updates.controller()->updater()->dismiss();
-
     // The application's destructor waits for the global thread pool, and a scan cannot be
     // cancelled, nor can the search for a server's address: they would keep a process without a
     // window alive for as long as the folder or a name server takes. Both only read, so the
     // process may end under them. Runs that write are over here.
-    std::quick_exit(status);
+    quillmark::Updater &updater = *updates.controller()->updater();
+    const bool isFetching = updater.isFetching();
+    updater.dismiss(); // which leaves no file behind
+    if (isFetching || QThreadPool::globalInstance()->activeThreadCount() > 0) {
+        std::quick_exit(status);
+    }
+    return status;
 }

@@ -90,6 +90,8 @@ public:
     /// asked is nothing that keeps the user from asking.
     bool canCheckForUpdates() const { return m_canCheck; }
     Stage stage() const { return m_stage; }
+    /// Whether it waits for a server.
+    bool isFetching() const { return m_stage == Stage::Checking || m_stage == Stage::Downloading; }
     /// Whether there is something to be shown.
     bool isWindowWanted() const;
     /// Whether the user asked for what goes on, and not the schedule.
