@@ -118,9 +118,8 @@ class Bench:
 
     def tiff_time(self, what, kind, frame, limit):
         got = self.tool("bench-tiff", kind, frame, PAIRS)
-        share = got["detect_cpu_ms"] / got["floor_cpu_ms"]
-        self.add(f"24 MP TIFF, {what} (processor {share:.2f} x)", f"{got['detect_ms']:.0f} ms",
-                 f"{got['floor_ms']:.0f} ms", got["ratio"], limit)
+        self.add(f"24 MP TIFF, {what} (processor {got['cpu_ratio']:.2f} x)",
+                 f"{got['detect_ms']:.0f} ms", f"{got['floor_ms']:.0f} ms", got["ratio"], limit)
 
     def tiff_memory(self, what, frame, megapixels):
         got = self.tool("bench-tiff", "memory", frame)
