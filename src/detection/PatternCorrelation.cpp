@@ -3,14 +3,14 @@
 
 #include "detection/PatternCorrelation.h"
 
+#include "detection/GreyPlane.h"
 #include "detection/LumaKernels.h"
-#include "detection/Reduce.h"
 #include "detection/WorkerThreads.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdint>
+#include <cstddef>
 #include <utility>
 
 namespace quillmark {
@@ -18,6 +18,7 @@ namespace {
 
 constexpr double templateModule = 1.6; // pixels
 constexpr int templateReach = 7;       // pixels to each side: pattern, light and a bit
+constexpr int squareReach = 6;         // of the square that holds the pattern
 constexpr double patternReach = 4.5;   // modules from its middle
 constexpr double patternBlur = 0.5;    // modules
 constexpr double moduleStep = 1.2;     // from one size to the next
@@ -95,65 +96,24 @@ Template makeTemplate()
     return quarter;
 }
 
-/// A picture in numbers.
-struct Plane {
-    int width = 0;
-    int height = 0;
-    std::vector<float> values;
-
-    Plane(int columns, int rows)
-        : width(columns),
-          height(rows),
-          values(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows))
-    {}
-
-    float *row(int y) { return values.data() + static_cast<std::ptrdiff_t>(y) * width; }
-    const float *row(int y) const { return values.data() + static_cast<std::ptrdiff_t>(y) * width; }
-};
-
-/// The picture at 1/factor of its size, whatever the factor.
-Plane resampled(const LumaView &picture, double factor)
-{
-    const int box = std::max(static_cast<int>(factor), 1);
-    const LumaImage reduced = reduceByBox(picture, box);
-    const double step = factor / box;
-    Plane plane(static_cast<int>(reduced.width / step), static_cast<int>(reduced.height / step));
-    for (int y = 0; y < plane.height; ++y) {
-        const double atY = std::clamp((y + 0.5) * step - 0.5, 0.0, reduced.height - 1.001);
-        const int top = static_cast<int>(atY);
-        const auto down = static_cast<float>(atY - top);
-        const std::uint8_t *above = LumaView(reduced).row(top);
-        const std::uint8_t *below = above + reduced.width;
-        for (int x = 0; x < plane.width; ++x) {
-            const double atX = std::clamp((x + 0.5) * step - 0.5, 0.0, reduced.width - 1.001);
-            const int left = static_cast<int>(atX);
-            const auto right = static_cast<float>(atX - left);
-            const float upper = static_cast<float>(above[left]) +
-                                right * static_cast<float>(above[left + 1] - above[left]);
-            const float lower = static_cast<float>(below[left]) +
-                                right * static_cast<float>(below[left + 1] - below[left]);
-            plane.row(y)[x] = upper + down * (lower - upper);
-        }
-    }
-    return plane;
-}
-
 /// The correlation of each pixel's neighbourhood with the template; nothing along the edges.
 class Correlator
 {
 public:
-    explicit Correlator(const Plane &plane)
+    explicit Correlator(const GreyPlane &plane)
         : m_plane(plane),
           m_result(plane.width, plane.height),
           m_spreads(plane.width, plane.height),
           m_folded(static_cast<std::size_t>(plane.width)),
           m_sums(static_cast<std::size_t>(plane.width)),
-          m_squares(static_cast<std::size_t>(plane.width))
+          m_squares(static_cast<std::size_t>(plane.width)),
+          m_windowSums(static_cast<std::size_t>(plane.width)),
+          m_windowSquares(static_cast<std::size_t>(plane.width))
     {}
 
     /// What is nearly flat may look like anything: there the correlation counts for less, by how
     /// much less the light spreads there than in busy places.
-    Plane run()
+    GreyPlane run()
     {
         static const Template weights = makeTemplate();
         for (int y = templateReach; y < m_plane.height - templateReach; ++y) {
@@ -184,43 +144,64 @@ private:
         }
     }
 
+    /// The sums of each column's pixels from squareReach above a row to as many below. Rows are
+    /// asked for one after another.
+    void moveSumsTo(int y)
+    {
+        if (y == templateReach) {
+            for (int v = -squareReach; v < squareReach; ++v) {
+                addToSums(m_plane.row(y + v), 1);
+            }
+        } else {
+            addToSums(m_plane.row(y - squareReach - 1), -1);
+        }
+        addToSums(m_plane.row(y + squareReach), 1);
+    }
+
+    /// In double numbers nothing is rounded that would still show rows later.
+    void addToSums(const float *row, double sign)
+    {
+        for (std::size_t x = 0; x < m_sums.size(); ++x) {
+            const double value = row[x];
+            m_sums[x] += sign * value;
+            m_squares[x] += sign * value * value;
+        }
+    }
+
     /// Over the square that holds the pattern.
     void divideBySpread(int y)
     {
-        constexpr int reach = 6;
-        constexpr float count = (2 * reach + 1) * (2 * reach + 1);
+        constexpr double count = (2.0 * squareReach + 1) * (2.0 * squareReach + 1);
         // The template covers a disc; its share of the square's pixels.
-        const float rootOfDiscShare = std::sqrt(163.0F / count);
-        std::ranges::fill(m_sums, 0.0F);
-        std::ranges::fill(m_squares, 0.0F);
-        for (int v = -reach; v <= reach; ++v) {
-            const float *row = m_plane.row(y + v);
-            for (std::size_t x = 0; x < m_sums.size(); ++x) {
-                m_sums[x] += row[x];
-                m_squares[x] += row[x] * row[x];
-            }
-        }
-        double sum = 0;
-        double squares = 0;
-        const auto at = [](const std::vector<float> &values, int x) {
-            return static_cast<double>(values[static_cast<std::size_t>(x)]);
-        };
-        for (int x = templateReach - reach; x < templateReach + reach; ++x) {
-            sum += at(m_sums, x);
-            squares += at(m_squares, x);
-        }
-        float *out = m_result.row(y);
-        float *spreads = m_spreads.row(y);
-        for (int x = templateReach; x < m_plane.width - templateReach; ++x) {
-            sum += at(m_sums, x + reach);
-            squares += at(m_squares, x + reach);
-            const double spread = squares - sum * sum / static_cast<double>(count);
-            const bool isFlat = spread < static_cast<double>(count) * leastSpread * leastSpread;
+        const float rootOfDiscShare = std::sqrt(163.0F / static_cast<float>(count));
+        moveSumsTo(y);
+        windowSums(m_sums, m_windowSums);
+        windowSums(m_squares, m_windowSquares);
+        const auto width = static_cast<std::size_t>(m_plane.width - 2 * templateReach);
+        float *out = m_result.row(y) + templateReach;
+        float *spreads = m_spreads.row(y) + templateReach;
+        for (std::size_t x = 0; x < width; ++x) {
+            const double spread = m_windowSquares[x] - m_windowSums[x] * m_windowSums[x] / count;
+            const bool isFlat = spread < count * leastSpread * leastSpread;
             const float deviation = isFlat ? 0.0F : std::sqrt(static_cast<float>(spread));
             out[x] = isFlat ? 0.0F : out[x] / (deviation * rootOfDiscShare);
             spreads[x] = deviation;
-            sum -= at(m_sums, x - reach);
-            squares -= at(m_squares, x - reach);
+        }
+    }
+
+    /// Of the squares around all places of a row that have a correlation.
+    static void windowSums(const std::vector<double> &columns, std::vector<double> &windows)
+    {
+        constexpr std::size_t first = templateReach - squareReach;
+        constexpr std::size_t side = 2 * squareReach + 1;
+        double sum = 0;
+        for (std::size_t x = first; x < first + side; ++x) {
+            sum += columns[x];
+        }
+        const std::size_t count = columns.size() - std::size_t{2} * templateReach;
+        for (std::size_t x = 0; x < count; ++x) {
+            windows[x] = sum;
+            sum += columns[first + x + side] - columns[first + x];
         }
     }
 
@@ -239,15 +220,17 @@ private:
         }
     }
 
-    const Plane &m_plane;
-    Plane m_result;
-    Plane m_spreads;
+    const GreyPlane &m_plane;
+    GreyPlane m_result;
+    GreyPlane m_spreads;
     std::vector<float> m_folded;
-    std::vector<float> m_sums;
-    std::vector<float> m_squares;
+    std::vector<double> m_sums; ///< of columns
+    std::vector<double> m_squares;
+    std::vector<double> m_windowSums;
+    std::vector<double> m_windowSquares;
 };
 
-bool isPeak(const Plane &plane, int x, int y)
+bool isPeak(const GreyPlane &plane, int x, int y)
 {
     const float here = plane.row(y)[x];
     const float sign = here > 0 ? 1.0F : -1.0F;
@@ -262,7 +245,7 @@ bool isPeak(const Plane &plane, int x, int y)
     return true;
 }
 
-void addPeaks(const Plane &plane, double module, std::vector<PatternPlace> &places)
+void addPeaks(const GreyPlane &plane, double module, std::vector<PatternPlace> &places)
 {
     const double scale = module / templateModule;
     for (int y = templateReach; y < plane.height - templateReach; ++y) {
@@ -293,7 +276,7 @@ std::vector<PatternPlace> findPatternPlaces(const LumaView &picture, double leas
     std::vector<std::vector<PatternPlace>> peaks(static_cast<std::size_t>(steps) + 1);
     shareOut(steps + 1, [&](int step) {
         const double module = leastModule * std::pow(moduleStep, step);
-        const Plane plane = resampled(picture, module / templateModule);
+        const GreyPlane plane = resampled(picture, module / templateModule);
         if (std::min(plane.width, plane.height) > 2 * templateReach) {
             addPeaks(Correlator(plane).run(), module, peaks[static_cast<std::size_t>(step)]);
         }
