@@ -31,8 +31,11 @@ import tempfile
 import threading
 import time
 
-from roll import Roll
-from subject import MODES, Run, adopt_orphans, seconds_until_gone
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
+
+from harness import processes  # noqa: E402  (found through the line above, as by roll)
+from roll import Roll  # noqa: E402
+from subject import MODES, Run, seconds_until_gone  # noqa: E402
 
 PHASES = ("preparation", "start", "writing", "end")
 # Before exiftool is started there is only the program.
@@ -271,7 +274,7 @@ def main():
     if options.seed is None:
         options.seed = random.SystemRandom().randrange(1_000_000)
 
-    adopt_orphans()
+    processes.adopt_orphans()  # so that the end of a killed program's child can be waited for
     work = tempfile.mkdtemp(prefix="quillmark-kills-")
     held = False
     try:

@@ -5,16 +5,12 @@
 import hashlib
 import json
 import os
-import pathlib
 import re
 import shutil
 import subprocess
-import sys
 
+from harness import tags
 from subject import OUTPUT_FOLDERS
-
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
-from harness import tags  # noqa: E402  (found through the line above)
 
 PAYLOAD = {
     "version": 2,

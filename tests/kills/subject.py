@@ -2,7 +2,6 @@
 # SPDX-License-Identifier: MIT
 """The program that is killed, seen from outside."""
 
-import ctypes
 import os
 import select
 import signal
@@ -16,14 +15,6 @@ OUTPUT_FOLDERS = {"backup-originals": b"_originals", "write-copies": b"_tagged"}
 DEADLINE = 120.0
 # Seconds between two looks at a run, far below what any of its phases takes.
 _LOOK = 0.0005
-
-_PR_SET_CHILD_SUBREAPER = 36
-
-
-def adopt_orphans():
-    """Makes the children of killed programs ours, so that their end can be waited for."""
-    if ctypes.CDLL(None, use_errno=True).prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0) != 0:
-        raise OSError(ctypes.get_errno(), "prctl")
 
 
 class Run:
