@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """The window is closed at one moment or another."""
 
+import os
+import signal
 import time
 import unittest
 
@@ -102,6 +104,21 @@ class Closing(WindowCase):
         self.wait_for_error(program, "exiftool exited with code 1\n\nno room\n")
         program.close_window()
         self.assertEqual(program.wait_for_end(), 0)
+
+    def test_killed_program_takes_exiftool_with_it(self):
+        exiftool = HeldExiftool(self.desktop.folder("held"))
+        originals = rolls.checksums(rolls.frames(self.roll))
+        program, child = self.open_writing(exiftool, exiftool.script())
+
+        os.kill(program.pid, signal.SIGKILL)
+
+        program.wait_for_end()
+        wait_until(lambda: not is_running(child), "exiftool to end")
+        self.assertEqual(rolls.checksums(rolls.frames(self.roll)), originals)
+        program = self.open()
+        self.drop_and_plan(program, self.roll)
+        self.embed(program)
+        self.assert_tagged(rolls.frames(self.roll))
 
     def test_window_shows_the_run_while_it_lasts(self):
         exiftool = HeldExiftool(self.desktop.folder("held"))
