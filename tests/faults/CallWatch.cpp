@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -19,9 +20,12 @@ namespace fs = std::filesystem;
 /// What goes on while calls are watched.
 struct Watch {
     WatchedCalls::Labels labels;
-    std::optional<Fault> fault;
-    bool faultMet = false;
-    int occurrences = 0; ///< of the call that is to fail
+    struct Awaited {
+        Fault fault;
+        int occurrences = 0; ///< of the call that is to fail
+        bool isMet() const { return occurrences >= fault.occurrence; }
+    };
+    std::vector<Awaited> faults;
     int pipes = 0;
     std::map<int, std::string> descriptors;
     std::vector<SystemCall> calls;
@@ -178,12 +182,17 @@ Subject ofChild(const char *what)
 Order orderFor(const char *function, const Subject &subject)
 {
     const Held watch;
-    if (!watch || !watch->fault || watch->fault->function != function ||
-        watch->fault->subject != *subject || ++watch->occurrences != watch->fault->occurrence) {
+    if (!watch) {
         return {};
     }
-    watch->faultMet = true;
-    return {.error = watch->fault->error, .halved = watch->fault->error == 0};
+    for (Watch::Awaited &awaited : watch->faults) {
+        const Fault &fault = awaited.fault;
+        if (fault.function == function && fault.subject == *subject &&
+            ++awaited.occurrences == fault.occurrence) {
+            return {.error = fault.error, .halved = fault.error == 0};
+        }
+    }
+    return {};
 }
 
 void report(const char *function, const Subject &subject, bool failed, const Report &details)
@@ -192,10 +201,8 @@ void report(const char *function, const Subject &subject, bool failed, const Rep
     if (!watch) {
         return;
     }
-    SystemCall call{.function = function,
-                    .subject = *subject,
-                    .changes = details.changes,
-                    .failed = failed};
+    SystemCall call{
+        .function = function, .subject = *subject, .changes = details.changes, .failed = failed};
     if (details.descriptor >= 0) {
         call.file = identityOf(details.descriptor);
     } else if (details.path != nullptr) {
@@ -207,11 +214,13 @@ void report(const char *function, const Subject &subject, bool failed, const Rep
 
 } // namespace watch
 
-WatchedCalls::WatchedCalls(Labels labels, std::optional<Fault> fault)
+WatchedCalls::WatchedCalls(Labels labels, std::vector<Fault> faults)
 {
     watch::current().emplace();
     watch::current()->labels = std::move(labels);
-    watch::current()->fault = std::move(fault);
+    for (Fault &fault : faults) {
+        watch::current()->faults.push_back({std::move(fault)});
+    }
     watch::watching = true;
 }
 
@@ -228,10 +237,11 @@ std::vector<SystemCall> WatchedCalls::calls() const
     return held->calls;
 }
 
-bool WatchedCalls::faultMet() const
+bool WatchedCalls::faultsMet() const
 {
     const watch::Held held;
-    return held->faultMet;
+    return std::all_of(held->faults.begin(), held->faults.end(),
+                       [](const auto &awaited) { return awaited.isMet(); });
 }
 
 } // namespace quillmark::test

@@ -90,7 +90,8 @@ int kill(pid_t pid, int signal) noexcept
 
 int getrlimit(__rlimit_resource_t resource, struct rlimit *limit) noexcept
 {
-    static auto *const real = libraryFunction<int(__rlimit_resource_t, struct rlimit *)>("getrlimit");
+    static auto *const real =
+        libraryFunction<int(__rlimit_resource_t, struct rlimit *)>("getrlimit");
     return passOn("getrlimit", ofChild("child"), {}, [&](bool) { return real(resource, limit); });
 }
 

@@ -55,7 +55,7 @@ struct Options {
     fs::path settings;
     BackupMode mode = BackupMode::backupOriginals;
     bool earlierRun = false;
-    std::optional<Fault> fault;
+    std::vector<Fault> faults;
 };
 
 /// Makes a run and describes how it ended.
@@ -90,9 +90,9 @@ QJsonObject watchedRun(IngestViewModel &session, const Options &options)
                           {"/opt/homebrew/bin/exiftool", "exiftool in /opt"},
                           {"/usr/local/bin/exiftool", "exiftool in /usr/local"},
                           {"/usr/bin/exiftool", "exiftool in /usr"}},
-                         options.fault);
+                         options.faults);
     QJsonObject result = run(session, options);
-    result.insert(u"met"_s, watched.faultMet());
+    result.insert(u"met"_s, watched.faultsMet());
     result.insert(u"calls"_s, described(watched.calls()));
     return result;
 }
@@ -122,12 +122,12 @@ Options optionsFrom(const QCoreApplication &application)
                     .settings = arguments[1].toStdString(),
                     .mode = backupModeFromRawValue(arguments[2]).value(),
                     .earlierRun = parser.isSet(u"earlier"_s),
-                    .fault = {}};
+                    .faults = {}};
     if (arguments.size() == 7) {
-        options.fault = Fault{.function = arguments[3].toStdString(),
-                              .subject = arguments[4].toStdString(),
-                              .occurrence = arguments[5].toInt(),
-                              .error = arguments[6].toInt()};
+        options.faults.push_back({.function = arguments[3].toStdString(),
+                                  .subject = arguments[4].toStdString(),
+                                  .occurrence = arguments[5].toInt(),
+                                  .error = arguments[6].toInt()});
     }
     return options;
 }

@@ -49,9 +49,8 @@ int openAtAs(const char *name, int folder, const char *path, int flags, mode_t m
 {
     auto *const real = libraryFunction<int(int, const char *, int, ...)>(name);
     const Subject subject = ofOpening(ofPathAt(folder, path), flags);
-    const int descriptor =
-        passOn("openat", subject, {.changes = (flags & O_ACCMODE) != O_RDONLY},
-               [&](bool) { return real(folder, path, flags, mode); });
+    const int descriptor = passOn("openat", subject, {.changes = (flags & O_ACCMODE) != O_RDONLY},
+                                  [&](bool) { return real(folder, path, flags, mode); });
     opened(descriptor, subject);
     return descriptor;
 }
@@ -276,15 +275,13 @@ DIR *fdopendir(int descriptor)
 struct dirent *readdir(DIR *folder)
 {
     static auto *const real = libraryFunction<decltype(readdir)>("readdir");
-    return passOn("readdir", ofDescriptor(::dirfd(folder)), {},
-                  [&](bool) { return real(folder); });
+    return passOn("readdir", ofDescriptor(::dirfd(folder)), {}, [&](bool) { return real(folder); });
 }
 
 struct dirent64 *readdir64(DIR *folder)
 {
     static auto *const real = libraryFunction<decltype(readdir64)>("readdir64");
-    return passOn("readdir", ofDescriptor(::dirfd(folder)), {},
-                  [&](bool) { return real(folder); });
+    return passOn("readdir", ofDescriptor(::dirfd(folder)), {}, [&](bool) { return real(folder); });
 }
 
 int closedir(DIR *folder)

@@ -78,7 +78,8 @@ char *realpath(const char *path, char *resolved) noexcept
 
 ssize_t readlink(const char *path, char *buffer, std::size_t size) noexcept
 {
-    static auto *const real = libraryFunction<ssize_t(const char *, char *, std::size_t)>("readlink");
+    static auto *const real =
+        libraryFunction<ssize_t(const char *, char *, std::size_t)>("readlink");
     return passOn("readlink", ofPath(path), {}, [&](bool) { return real(path, buffer, size); });
 }
 

@@ -6,7 +6,6 @@
 #include <sys/types.h>
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,7 +46,7 @@ public:
     /// are written as "*". Paths are absolute and without links.
     using Labels = std::vector<std::pair<std::filesystem::path, std::string>>;
 
-    explicit WatchedCalls(Labels labels, std::optional<Fault> fault = std::nullopt);
+    explicit WatchedCalls(Labels labels, std::vector<Fault> faults = {});
     WatchedCalls(const WatchedCalls &) = delete;
     WatchedCalls &operator=(const WatchedCalls &) = delete;
     ~WatchedCalls();
@@ -55,8 +54,8 @@ public:
     /// The calls until now, in their order.
     std::vector<SystemCall> calls() const;
 
-    /// Whether the fault came about.
-    bool faultMet() const;
+    /// Whether all the faults came about.
+    bool faultsMet() const;
 };
 
 } // namespace quillmark::test

@@ -53,8 +53,9 @@ class Judge:
             problems = self.after_success(place, result)
         elif result["state"] == "error":
             problems = self._whole(place)
-            names = [path.split("/")[-1] for path in self.originals]
-            if not any(name in result["text"] for name in [*names, self.copies or "/roll", "exiftool"]):
+            frames = [path.split("/")[-1] for path in self.originals]
+            names = [*frames, "album.jpg", self.copies or "/roll", "/roll”", "exiftool"]
+            if not any(name in result["text"] for name in names):
                 problems.append(f"the text does not name what failed: {result['text']}")
             if result["stored"] != "typed":
                 problems.append(f"the payload was not stored: {result['stored']}")
