@@ -3,9 +3,9 @@
 
 #include "manual/LastUsedPayloadStore.h"
 
+#include "base/Settings.h"
 #include "payload/SlatePayloadJson.h"
 
-#include <QSettings>
 #include <QVariant>
 
 namespace quillmark::LastUsedPayloadStore {
@@ -17,26 +17,16 @@ QString key()
     return QStringLiteral("co.larkhollow.quillmark.lastManualPayload.v2");
 }
 
-/// The program's own settings, whatever executable the library is linked into.
-QSettings settings()
-{
-    return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-            QStringLiteral("Quillmark")};
-}
-
 } // namespace
 
 void save(const SlatePayload &payload)
 {
-    QSettings store = settings();
-    store.setValue(key(), slatePayloadToJson(payload));
-    // At once, not when the event loop finds time: the run that follows may be killed.
-    store.sync();
+    Settings::store(key(), slatePayloadToJson(payload));
 }
 
 std::optional<SlatePayload> load()
 {
-    const QVariant stored = settings().value(key());
+    const QVariant stored = Settings::value(key());
     if (stored.typeId() != QMetaType::QByteArray) {
         return std::nullopt;
     }

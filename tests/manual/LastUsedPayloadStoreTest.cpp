@@ -8,7 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QSettings>
+#include <QSysInfo>
+
+#include <fstream>
 
 namespace quillmark {
 namespace {
@@ -77,6 +81,35 @@ TEST_F(LastUsedPayloadStore, faultyEntryIsAbsentAndStays)
         EXPECT_EQ(test::readFile(file()), before);
     }
     quillmark::LastUsedPayloadStore::save(test::minimalPayload());
+    EXPECT_EQ(quillmark::LastUsedPayloadStore::load(), test::minimalPayload());
+}
+
+/// A lock of the settings that its holder has not taken away.
+std::string lockOf(qint64 process)
+{
+    const QString text = QStringLiteral("%1\n%2\n%3\n\n\n")
+                             .arg(process)
+                             .arg(QCoreApplication::applicationName(), QSysInfo::machineHostName());
+    return text.toStdString();
+}
+
+TEST_F(LastUsedPayloadStore, aLockThatThisProcessLeftBehindHoldsNothingUp)
+{
+    fs::create_directories(file().parent_path());
+    const fs::path lock = file().string() + ".lock";
+    std::ofstream(lock) << lockOf(QCoreApplication::applicationPid());
+    quillmark::LastUsedPayloadStore::save(test::fullPayload());
+    EXPECT_EQ(quillmark::LastUsedPayloadStore::load(), test::fullPayload());
+    EXPECT_FALSE(fs::exists(lock));
+}
+
+TEST_F(LastUsedPayloadStore, aLockThatNobodyCanRemoveCostsTheEntryAndNoMore)
+{
+    quillmark::LastUsedPayloadStore::save(test::minimalPayload());
+    const fs::path lock = file().string() + ".lock";
+    fs::create_directory(lock);
+    quillmark::LastUsedPayloadStore::save(test::fullPayload());
+    fs::remove(lock);
     EXPECT_EQ(quillmark::LastUsedPayloadStore::load(), test::minimalPayload());
 }
 
