@@ -182,7 +182,9 @@ def main(arguments):
         verdicts = pool.map(
             lambda case: try_case(options.driver, judges[case.roll, case.mode], case), cases
         )
-        for case, (state, problems) in zip(cases, verdicts):
+        for number, (case, (state, problems)) in enumerate(zip(cases, verdicts), start=1):
+            if number % 200 == 0:
+                print(f"faults: {number} of {len(cases)} tried", file=sys.stderr, flush=True)
             row = rows.setdefault(
                 (case.mode, case.point.function),
                 {"points": set(), **dict.fromkeys(("tried", "held", "done", "error"), 0)},
