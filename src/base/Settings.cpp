@@ -3,68 +3,118 @@
 
 #include "base/Settings.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QLockFile>
-#include <QSettings>
+#include "base/Uninterrupted.h"
+#include "base/UniqueFd.h"
 
-#include <chrono>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <fcntl.h>
+#include <stdlib.h> // NOLINT(modernize-deprecated-headers): mkostemp is not in <cstdlib>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <string>
 
 namespace quillmark::Settings {
 namespace {
 
-constexpr std::chrono::milliseconds patience{2000};
+namespace fs = std::filesystem;
 
-QSettings ownSettings()
+fs::path folder()
 {
-    return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-            QStringLiteral("Quillmark")};
+    const QString configurations =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return fs::path(QFile::encodeName(configurations).toStdString()) / "Larkhollow" / "Quillmark";
 }
 
-/// Removes a lock that this very process has left behind, because it could not remove it when
-/// it should have: outside of QSettings::sync() it holds none. False where it still cannot.
-bool removeOwnLock(const QString &file)
+/// A file that becomes the value's, or is gone at the end.
+class Draft
 {
-    qint64 holder = 0;
-    QString host;
-    QString program;
-    const bool isOwn = QLockFile(file).getLockInfo(&holder, &host, &program) &&
-                       holder == QCoreApplication::applicationPid();
-    return !isOwn || QFile::remove(file);
-}
-
-/// QSettings waits for its lock without an end, on the thread of the window: for a lock of
-/// its own process too, and for that of a program that is stuck. So it is asked only where it
-/// does not have to wait. (A lock whose holder is gone, QLockFile removes.)
-bool isFree(const QString &file)
-{
-    if (!removeOwnLock(file)) {
-        return false;
+public:
+    explicit Draft(const fs::path &destination) : m_destination(destination)
+    {
+        m_fd.reset(uninterrupted([&] {
+            m_path = destination.native() + ".XXXXXX";
+            return ::mkostemp(m_path.data(), O_CLOEXEC);
+        }));
     }
-    QLockFile lock(file);
-    lock.setStaleLockTime(std::chrono::milliseconds::zero());
-    // Where a lock cannot be made at all, QSettings makes the folder for it or does not wait.
-    const bool free = lock.tryLock(patience) || lock.error() != QLockFile::LockFailedError;
-    lock.unlock();
-    return removeOwnLock(file) && free;
+    Draft(const Draft &) = delete;
+    Draft &operator=(const Draft &) = delete;
+    ~Draft()
+    {
+        if (m_fd) {
+            ::unlink(m_path.c_str());
+        }
+    }
+
+    bool write(const QByteArray &value)
+    {
+        for (qsizetype written = 0; m_fd && written < value.size();) {
+            const ssize_t count = uninterrupted([&] {
+                return ::write(m_fd.get(), value.constData() + written,
+                               static_cast<std::size_t>(value.size() - written));
+            });
+            if (count < 0) {
+                return false;
+            }
+            written += count;
+        }
+        return m_fd && uninterrupted([&] { return ::fsync(m_fd.get()); }) == 0;
+    }
+
+    void takeItsPlace()
+    {
+        if (::rename(m_path.c_str(), m_destination.c_str()) == 0) {
+            m_fd.reset();
+        }
+    }
+
+private:
+    const fs::path &m_destination;
+    std::string m_path;
+    UniqueFd m_fd;
+};
+
+UniqueFd openForReading(const fs::path &path, int furtherFlags)
+{
+    return UniqueFd(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | furtherFlags); }));
 }
 
 } // namespace
 
-QVariant value(const QString &key)
+std::optional<QByteArray> value(const QString &key)
 {
-    return ownSettings().value(key);
+    const UniqueFd file = openForReading(folder() / key.toStdString(), 0);
+    QByteArray bytes;
+    std::array<char, 4096> piece; // NOLINT(*-member-init): read() fills it
+    for (;;) {
+        const ssize_t count =
+            uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            return bytes;
+        }
+        bytes.append(piece.data(), static_cast<qsizetype>(count));
+    }
 }
 
-void store(const QString &key, const QVariant &value)
+void store(const QString &key, const QByteArray &value)
 {
-    QSettings settings = ownSettings();
-    const QString lock = settings.fileName() + QStringLiteral(".lock");
-    if (isFree(lock)) {
-        settings.setValue(key, value);
-        // At once, not when the event loop finds time: the run that follows may be killed.
-        settings.sync();
-        removeOwnLock(lock);
+    const fs::path place = folder();
+    std::error_code shownByWhatFollows;
+    fs::create_directories(place, shownByWhatFollows);
+    const fs::path file = place / key.toStdString();
+    Draft draft(file);
+    if (draft.write(value)) {
+        draft.takeItsPlace();
+        const UniqueFd entries = openForReading(place, O_DIRECTORY);
+        uninterrupted([&] { return ::fsync(entries.get()); });
     }
 }
 

@@ -3,22 +3,26 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QString>
-#include <QVariant>
+
+#include <optional>
 
 namespace quillmark {
 
-/// The program's own settings of this user, across launches, whatever executable the library
-/// is linked into. Failures are silent: what cannot be stored is not stored.
+/// The program's own settings of this user, across launches: a value for each key, in a file
+/// of the key's name in Larkhollow/Quillmark below the user's folder for configurations.
+///
+/// Not QSettings: where the disk is full it replaces everything stored by nothing, and it
+/// waits without an end for a lock that a process left behind, be it its own.
 namespace Settings {
 
-/// The value under the key; an invalid one where there is none. Main thread.
-QVariant value(const QString &key);
+/// The bytes under the key; nothing where there are none, or they cannot be read. Any thread.
+std::optional<QByteArray> value(const QString &key);
 
-/// Replaces the value, on disk when this returns. What other running instances store at the
-/// same time is kept; one that is stuck with it is waited for two seconds, and then nothing is
-/// stored. Main thread.
-void store(const QString &key, const QVariant &value);
+/// Replaces the bytes under the key: they are on disk when this returns, or those of before
+/// are still there. Failures are silent. Any thread.
+void store(const QString &key, const QByteArray &value);
 
 } // namespace Settings
 } // namespace quillmark

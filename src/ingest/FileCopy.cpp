@@ -4,6 +4,7 @@
 #include "ingest/FileCopy.h"
 
 #include "base/PathText.h"
+#include "base/Uninterrupted.h"
 #include "base/UniqueFd.h"
 #include "ingest/FileError.h"
 
@@ -30,17 +31,6 @@ constexpr mode_t permissionBits = 0777;
 std::error_code lastError()
 {
     return {errno, std::generic_category()};
-}
-
-/// Calls again for as long as a signal came in between.
-template <typename Call>
-auto uninterrupted(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR) {
-        result = call();
-    }
-    return result;
 }
 
 /// Opens for reading what is there: a file, a directory, or whatever else has the name.

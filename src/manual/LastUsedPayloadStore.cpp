@@ -6,8 +6,6 @@
 #include "base/Settings.h"
 #include "payload/SlatePayloadJson.h"
 
-#include <QVariant>
-
 namespace quillmark::LastUsedPayloadStore {
 namespace {
 
@@ -26,12 +24,12 @@ void save(const SlatePayload &payload)
 
 std::optional<SlatePayload> load()
 {
-    const QVariant stored = Settings::value(key());
-    if (stored.typeId() != QMetaType::QByteArray) {
+    const std::optional<QByteArray> stored = Settings::value(key());
+    if (!stored) {
         return std::nullopt;
     }
     try {
-        return slatePayloadFromJson(stored.toByteArray());
+        return slatePayloadFromJson(*stored);
     } catch (const SlateDecodeError &) {
         return std::nullopt;
     }

@@ -77,10 +77,10 @@ private:
     std::unique_lock<std::mutex> m_lock;
 };
 
-/// Names that are chosen at random, as mkdtemp and Qt's temporary files do.
+/// Names that mkdtemp and mkostemp choose at random.
 std::string withoutRandomParts(const std::string &path)
 {
-    static const std::regex random(R"((\.quillmark-|\.conf\.|/qt_temp\.)[A-Za-z0-9]{6})");
+    static const std::regex random(R"((\.quillmark-|Payload\.v2\.)[A-Za-z0-9]{6})");
     return std::regex_replace(path, random, "$1*");
 }
 

@@ -63,7 +63,7 @@ QJsonObject run(IngestViewModel &session, const Options &options)
 {
     session.setBackupMode(options.mode);
     session.setState(IngestViewModel::ManualEntry{options.roll, std::nullopt});
-    await(session.submitManual(typedPayload()), std::chrono::seconds(30));
+    await(session.submitManual(typedPayload()), std::chrono::seconds(100));
     const auto *const error = std::get_if<IngestViewModel::Error>(&session.state());
     const bool done = std::holds_alternative<IngestViewModel::Done>(session.state());
     return {{u"state"_s, done ? u"done"_s : (error != nullptr ? u"error"_s : u"other"_s)},

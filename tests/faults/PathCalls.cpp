@@ -97,6 +97,16 @@ char *mkdtemp(char *pattern) noexcept
                   [&](bool) { return real(pattern); });
 }
 
+int mkostemp(char *pattern, int flags)
+{
+    static auto *const real = libraryFunction<decltype(mkostemp)>("mkostemp");
+    const Subject subject = ofPath(pattern);
+    const int descriptor = passOn("mkostemp", subject, {.changes = true, .path = pattern},
+                                  [&](bool) { return real(pattern, flags); });
+    opened(descriptor, subject);
+    return descriptor;
+}
+
 int rename(const char *from, const char *to) noexcept
 {
     static auto *const real = libraryFunction<int(const char *, const char *)>("rename");

@@ -55,6 +55,7 @@ ERRORS = {
     "lstat": LOOKING,
     "mkdir": CHANGING,
     "mkdtemp": CHANGING,
+    "mkostemp": CREATING,
     "mmap": (errno.EACCES, errno.ENOMEM),
     "opendir": READING,
     "pipe2": (errno.EMFILE, errno.ENFILE),

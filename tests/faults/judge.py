@@ -6,7 +6,11 @@ import errno
 
 from rolls import listed
 
-SETTINGS = {"Larkhollow", "Larkhollow/Quillmark.conf"}
+SETTINGS = {
+    "Larkhollow",
+    "Larkhollow/Quillmark",
+    "Larkhollow/Quillmark/co.larkhollow.quillmark.lastManualPayload.v2",
+}
 COPIES = {"backup-originals": "_originals", "write-copies": "_tagged", "none": None}
 
 

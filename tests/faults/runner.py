@@ -6,7 +6,7 @@ import json
 import subprocess
 import threading
 
-PATIENCE = 60  # seconds for a run, which takes less than one
+PATIENCE = 120  # seconds for a run, which takes less than one on an idle machine
 
 
 class RunFailed(Exception):

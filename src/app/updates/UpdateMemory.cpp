@@ -15,12 +15,12 @@ QString key(const char *name)
 
 QString read(const char *name)
 {
-    return Settings::value(key(name)).toString();
+    return QString::fromUtf8(Settings::value(key(name)).value_or(QByteArray()));
 }
 
 void write(const char *name, const QString &value)
 {
-    Settings::store(key(name), value);
+    Settings::store(key(name), value.toUtf8());
 }
 
 std::optional<QDateTime> readTime(const char *name)
