@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ struct ChildResult {
 /// sees them. Environment, working folder and standard input are the caller's; signals have
 /// their default handling. About 6 MB of arguments fit, 128 KiB in a single one.
 ///
+/// The child does not outlive this process: when that ends, however it does, the child
+/// receives SIGINT.
+///
 /// Output is read while the child runs, so that it may be of any length; a stream that
 /// cannot be read counts as empty. The child's end is the end, whoever else holds its pipes.
 /// A child that is stopped is continued, and killed at its eleventh stop. A non-zero status
@@ -31,5 +35,10 @@ struct ChildResult {
 /// child cannot be started. Any thread.
 ChildResult runChild(const std::filesystem::path &program,
                      const std::vector<std::string> &arguments);
+
+/// Does the same, and leaves the child an open descriptor of this process, if one is given,
+/// under its number.
+ChildResult runChildKeeping(std::optional<int> descriptor, const std::filesystem::path &program,
+                            const std::vector<std::string> &arguments);
 
 } // namespace quillmark

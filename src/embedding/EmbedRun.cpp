@@ -5,9 +5,14 @@
 
 #include "embedding/ChildProcess.h"
 #include "embedding/Exiftool.h"
+#include "embedding/WritingMark.h"
+
+#include <utility>
 
 namespace quillmark {
 namespace {
+
+namespace fs = std::filesystem;
 
 std::string argumentBytes(QString text)
 {
@@ -24,17 +29,42 @@ QString streamText(const std::string &bytes)
 
 /// exiftool writes each file under this suffix first and refuses to start over where it
 /// finds one. It leaves one behind only when it is killed, and always beside the whole file.
-void removeLeftovers(const std::vector<std::filesystem::path> &files)
+std::vector<fs::path> leftovers(const std::vector<fs::path> &files)
 {
-    for (const std::filesystem::path &file : files) {
-        std::filesystem::path leftover = file;
+    std::vector<fs::path> found;
+    for (const fs::path &file : files) {
+        fs::path leftover = file;
         leftover += "_exiftool_tmp";
         std::error_code ignored;
-        if (std::filesystem::exists(file, ignored) &&
-            std::filesystem::is_regular_file(std::filesystem::symlink_status(leftover, ignored))) {
-            std::filesystem::remove(leftover, ignored);
+        if (fs::is_regular_file(fs::symlink_status(leftover, ignored)) &&
+            fs::exists(file, ignored)) {
+            found.push_back(std::move(leftover));
         }
     }
+    return found;
+}
+
+/// Under another exiftool that is still at work, its temporary file must not go: it would
+/// remove the original to give its own rename a second try.
+void removeLeftovers(const std::vector<fs::path> &files, WritingMark &mark)
+{
+    if (leftovers(files).empty()) {
+        return;
+    }
+    mark.ifAlone([&files] {
+        for (const fs::path &leftover : leftovers(files)) {
+            std::error_code ignored;
+            fs::remove(leftover, ignored);
+        }
+    });
+}
+
+std::vector<fs::path> absolute(std::vector<fs::path> files)
+{
+    for (fs::path &file : files) {
+        file = fs::absolute(file);
+    }
+    return files;
 }
 
 } // namespace
@@ -73,12 +103,14 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
     if (!setup.configuration) {
         throw ExiftoolError::failed(QStringLiteral("Bundled quillmark.config missing"), -1);
     }
-    removeLeftovers(files);
-    const ChildResult result = runChild(
-        *setup.program, embedArguments(*setup.configuration,
+    WritingMark mark(commonFolder(absolute(files)));
+    removeLeftovers(files, mark);
+    const ChildResult result =
+        runChildKeeping(mark.descriptor(), *setup.program,
+                        embedArguments(*setup.configuration,
                                        Exiftool::tagArguments(payload, generatorVersion), files));
     if (result.status != 0) {
-        removeLeftovers(files);
+        removeLeftovers(files, mark);
         throw ExiftoolError::failed(streamText(result.errors), result.status);
     }
 }

@@ -7,6 +7,7 @@
 #include "base/Uninterrupted.h"
 #include "base/UniqueFd.h"
 #include "ingest/FileError.h"
+#include "ingest/Workplace.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -17,8 +18,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
-#include <string>
+#include <system_error>
 #include <vector>
 
 namespace quillmark {
@@ -63,42 +63,17 @@ public:
         }
     }
 
+    /// A workplace beside the destination.
+    Workplace makeWorkplace() const
+    try {
+        return Workplace(m_destination.parent_path());
+    } catch (const std::system_error &failure) {
+        fail(failure.code());
+    }
+
 private:
     const fs::path &m_source;
     const fs::path &m_destination;
-};
-
-/// A hidden folder beside the destination, of its own for each copy, in which the copy
-/// comes into being. What stands in it at the end goes with it.
-class Workplace
-{
-public:
-    Workplace(const fs::path &destination, const Copying &copying)
-    {
-        std::string pattern = (destination.parent_path() / ".quillmark-XXXXXX").native();
-        copying.check(::mkdtemp(pattern.data()) != nullptr);
-        m_path = pattern;
-    }
-    Workplace(const Workplace &) = delete;
-    Workplace &operator=(const Workplace &) = delete;
-    ~Workplace()
-    {
-        // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
-        std::error_code failure;
-        for (int attempt = 0; attempt < 3; ++attempt) {
-            fs::remove_all(m_path, failure);
-            if (!failure) {
-                break;
-            }
-        }
-    }
-
-    fs::path copy() const { return m_path / "copy"; }
-    /// Where what the copy replaces may stand until the copy has its place.
-    fs::path replaced() const { return m_path / "replaced"; }
-
-private:
-    fs::path m_path;
 };
 
 /// Reads and writes until the source ends: the way that works everywhere.
@@ -268,7 +243,7 @@ void replace(const fs::path &destination, const Workplace &workplace, const Copy
 void copyDurably(const fs::path &source, const fs::path &destination)
 {
     const Copying copying(source, destination);
-    const Workplace workplace(destination, copying);
+    const Workplace workplace = copying.makeWorkplace();
     copyEntry(source, workplace.copy(), copying);
     replace(destination, workplace, copying);
 }

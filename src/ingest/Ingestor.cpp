@@ -6,6 +6,7 @@
 #include "base/PathText.h"
 #include "ingest/FileCopy.h"
 #include "ingest/FileError.h"
+#include "ingest/Workplace.h"
 
 #include <sys/stat.h>
 
@@ -113,6 +114,7 @@ std::vector<fs::path> copyInto(const fs::path &outputFolder, const std::vector<f
             QStringLiteral("Could not make the folder “%1”").arg(pathText(outputFolder)),
             outputFolder, failure);
     }
+    removeAbandonedWorkplaces(outputFolder);
     refuseSourcesThatAreDestinations(files, outputFolder);
     refuseDirectoriesAroundOutput(files, outputFolder);
 

@@ -9,11 +9,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <signal.h> // NOLINT(modernize-deprecated-headers): sigaction is not in <csignal>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <future>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 
 namespace quillmark {
@@ -59,6 +66,23 @@ std::vector<std::string> longPaths(std::size_t count)
 {
     return {count, "/" + std::string(108, 'x')};
 }
+
+struct Pipe {
+    Pipe()
+    {
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+            throw std::runtime_error("cannot make a pipe");
+        }
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+    ~Pipe()
+    {
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    std::array<int, 2> ends{};
+};
 
 rlimit stackLimit()
 {
@@ -158,6 +182,44 @@ TEST_F(ChildProcess, signalsAreHandledInTheDefaultWay)
     } disturbed;
     EXPECT_EQ(runShell("kill -TERM $$; exit 0").status, 128 + SIGTERM);
     EXPECT_EQ(runShell("kill -PIPE $$; exit 0").status, 128 + SIGPIPE);
+}
+
+TEST_F(ChildProcess, keptDescriptorIsOpenAndOthersAreNot)
+{
+    Pipe pipe;
+    const ChildResult result = runChildKeeping(
+        pipe.ends[1],
+        writeProgram(m_folder, "program",
+                     "#!/usr/bin/perl\n"
+                     "print map { -e \"/proc/self/fd/$_\" ? 'open ' : 'closed ' } @ARGV;"),
+        {std::to_string(pipe.ends[0]), std::to_string(pipe.ends[1])});
+    EXPECT_EQ(result.output, "closed open ");
+}
+
+TEST_F(ChildProcess, childEndsWithAProgramThatIsKilled)
+{
+    // The child of a killed program becomes ours, so that its end can be waited for.
+    ASSERT_EQ(::prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    const fs::path program = writeProgram(m_folder, "program",
+                                          "#!/usr/bin/perl\n"
+                                          "open my $test, '>&=', $ARGV[0] or die;\n"
+                                          "syswrite $test, pack 'i', $$;\n"
+                                          "alarm 60; sleep;\n");
+    Pipe pipe;
+    const pid_t caller = ::fork();
+    if (caller == 0) {
+        runChildKeeping(pipe.ends[1], program, {std::to_string(pipe.ends[1])});
+        ::_exit(0);
+    }
+    pid_t child = 0;
+    ASSERT_EQ(::read(pipe.ends[0], &child, sizeof child), ssize_t{sizeof child});
+    ::kill(caller, SIGKILL);
+    int status = 0;
+    EXPECT_EQ(::waitpid(caller, &status, 0), caller);
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    ::prctl(PR_SET_CHILD_SUBREAPER, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGINT);
 }
 
 TEST_F(ChildProcess, missingProgramIsNamed)

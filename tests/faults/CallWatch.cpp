@@ -4,8 +4,10 @@
 #include "faults/CallWatch.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -26,7 +28,7 @@ struct Watch {
         bool isMet() const { return occurrences >= fault.occurrence; }
     };
     std::vector<Awaited> faults;
-    int pipes = 0;
+    std::size_t pipes = 0;
     std::map<int, std::string> descriptors;
     std::vector<SystemCall> calls;
 };
@@ -46,6 +48,9 @@ std::optional<Watch> &current()
 /// Whether there is a watch: asked without the lock, by every call of the process.
 constinit std::atomic<bool> watching = false;
 
+/// A child does not watch itself between fork() and its program.
+constinit std::atomic<pid_t> watched = 0;
+
 /// The watch's own work makes calls too, such as those of an allocation.
 thread_local bool busy = false;
 
@@ -53,7 +58,7 @@ thread_local bool busy = false;
 class Held
 {
 public:
-    Held() : m_free(!busy && watching)
+    Held() : m_free(!busy && watching && ::getpid() == watched)
     {
         if (m_free) {
             busy = true;
@@ -167,7 +172,9 @@ void openedPipe(const int *ends)
 {
     const Held watch;
     if (watch) {
-        const std::string name = watch->pipes++ % 2 == 0 ? "child's output" : "child's errors";
+        constexpr std::array<const char *, 3> names{"child's output", "child's errors",
+                                                    "child's start"};
+        const std::string name = names.at(watch->pipes++ % names.size());
         watch->descriptors[ends[0]] = name;
         watch->descriptors[ends[1]] = name + ", its end";
     }
@@ -221,6 +228,7 @@ WatchedCalls::WatchedCalls(Labels labels, std::vector<Fault> faults)
     for (Fault &fault : faults) {
         watch::current()->faults.push_back({std::move(fault)});
     }
+    watch::watched = ::getpid();
     watch::watching = true;
 }
 

@@ -45,6 +45,21 @@ int posix_spawn(pid_t *pid, const char *path, const posix_spawn_file_actions_t *
                             : real(pid, path, actions, attributes, arguments, environment);
 }
 
+pid_t fork() noexcept
+{
+    static auto *const real = libraryFunction<pid_t()>("fork");
+    const Subject subject = ofChild("child");
+    const Order order = subject ? orderFor("fork", subject) : Order{};
+    if (subject) {
+        report("fork", subject, order.error != 0, {});
+    }
+    if (order.error != 0) {
+        errno = order.error;
+        return -1;
+    }
+    return real();
+}
+
 int poll(struct pollfd *polled, nfds_t count, int patience)
 {
     static auto *const real = libraryFunction<decltype(poll)>("poll");

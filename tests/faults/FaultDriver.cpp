@@ -67,8 +67,7 @@ QJsonObject run(IngestViewModel &session, const Options &options)
     const auto *const error = std::get_if<IngestViewModel::Error>(&session.state());
     const bool done = std::holds_alternative<IngestViewModel::Done>(session.state());
     return {{u"state"_s, done ? u"done"_s : (error != nullptr ? u"error"_s : u"other"_s)},
-            {u"text"_s, error != nullptr ? error->text : QString()},
-            {u"stored"_s, nameOf(LastUsedPayloadStore::load())}};
+            {u"text"_s, error != nullptr ? error->text : QString()}};
 }
 
 QJsonArray described(const std::vector<SystemCall> &calls)
@@ -97,8 +96,10 @@ QJsonObject watchedRun(IngestViewModel &session, const Options &options)
     return result;
 }
 
-void print(const QJsonObject &result)
+/// Tells of a run, and of what the store holds after it.
+void print(QJsonObject result)
 {
+    result.insert(u"stored"_s, nameOf(LastUsedPayloadStore::load()));
     std::cout << QJsonDocument(result).toJson(QJsonDocument::Compact).toStdString() << std::endl;
 }
 

@@ -43,6 +43,7 @@ ERRORS = {
     "fdatasync": (errno.EIO, errno.ENOSPC, errno.EROFS, errno.EINTR),
     "fdopendir": (errno.EIO, errno.ENOMEM),
     "flock": (errno.EIO, errno.EINTR, errno.ENOLCK),
+    "fork": (errno.EAGAIN, errno.ENOMEM),
     "fstat": LOOKING,
     "fsync": (errno.EIO, errno.ENOSPC, errno.EROFS, errno.EINTR),
     "ftruncate": CHANGING + (errno.EINTR,),

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "ingest/Workplace.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace quillmark {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view prefix = ".quillmark-";
+constexpr std::string_view placeholder = "XXXXXX"; // mkdtemp's
+
+bool hasWorkplaceName(const fs::path &path)
+{
+    const std::string name = path.filename().native();
+    return name.size() == prefix.size() + placeholder.size() && name.starts_with(prefix);
+}
+
+UniqueFd openFolder(const fs::path &path)
+{
+    return UniqueFd(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+bool lock(const UniqueFd &folder)
+{
+    return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+/// Whether the folder still has a name.
+bool exists(const UniqueFd &folder)
+{
+    struct stat status {};
+    return ::fstat(folder.get(), &status) == 0 && status.st_nlink > 0;
+}
+
+} // namespace
+
+Workplace::Workplace(const fs::path &folder)
+{
+    for (;;) {
+        std::string pattern = (folder / prefix).native();
+        pattern += placeholder;
+        if (::mkdtemp(pattern.data()) == nullptr) {
+            throw std::system_error(errno, std::generic_category());
+        }
+        m_path = pattern;
+        m_lock = openFolder(m_path);
+        const bool locked = m_lock && (lock(m_lock) || errno != EWOULDBLOCK);
+        if (locked && exists(m_lock)) {
+            return;
+        }
+        // Another process saw it before it was locked, and is removing it or has. Unlocked it
+        // may be used as well where it cannot even be opened: the copy then says why.
+        if (!m_lock && errno != ENOENT) {
+            return;
+        }
+    }
+}
+
+Workplace::~Workplace()
+{
+    // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
+    std::error_code failure;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        fs::remove_all(m_path, failure);
+        if (!failure) {
+            break;
+        }
+    }
+}
+
+void removeAbandonedWorkplaces(const fs::path &folder)
+{
+    std::error_code ignored;
+    for (fs::directory_iterator entry(folder, ignored), end; !ignored && entry != end;
+         entry.increment(ignored)) {
+        if (!hasWorkplaceName(entry->path())) {
+            continue;
+        }
+        const UniqueFd workplace = openFolder(entry->path());
+        if (!workplace || !lock(workplace)) {
+            continue;
+        }
+        const fs::path &path = entry->path();
+        std::error_code kept;
+        if (!fs::exists(fs::symlink_status(path / "replaced", kept))) {
+            fs::remove_all(path / "copy", kept);
+        }
+        fs::remove(path, kept); // only where nothing is left in it
+    }
+}
+
+} // namespace quillmark

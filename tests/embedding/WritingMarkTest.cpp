@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "embedding/WritingMark.h"
+
+#include "Programs.h"
+#include "embedding/ChildProcess.h"
+#include "embedding/EmbedRun.h"
+#include "support/Printers.h"
+#include "support/Samples.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <string>
+
+namespace quillmark {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TempDir;
+using test::writeProgram;
+
+bool isAlone(const fs::path &folder)
+{
+    bool alone = false;
+    WritingMark(folder).ifAlone([&alone] { alone = true; });
+    return alone;
+}
+
+TEST(WritingMark, isSeenByOthersWhileItStands)
+{
+    const TempDir folder;
+    EXPECT_TRUE(isAlone(folder.path()));
+    {
+        const WritingMark mark(folder.path());
+        EXPECT_FALSE(isAlone(folder.path()));
+        EXPECT_TRUE(isAlone(folder.path().parent_path()));
+    }
+    EXPECT_TRUE(isAlone(folder.path()));
+}
+
+TEST(WritingMark, standsAfterAskingWhetherItIsAlone)
+{
+    const TempDir folder;
+    WritingMark first(folder.path());
+    first.ifAlone([] {});
+    EXPECT_FALSE(isAlone(folder.path()));
+    WritingMark second(folder.path());
+    second.ifAlone([] { FAIL() << "there is another mark"; });
+    first = WritingMark("/");
+    EXPECT_FALSE(isAlone(folder.path()));
+}
+
+TEST(WritingMark, standsWhileAChildLives)
+{
+    const TempDir folder;
+    const TempDir elsewhere;
+    const fs::path gate = elsewhere / "gate";
+    ASSERT_EQ(::mkfifo(gate.c_str(), S_IRWXU), 0);
+    // Leaves a process behind that ends with the writer of the pipe, and that alone has the mark.
+    const fs::path program = writeProgram(elsewhere, "program",
+                                          "#!/bin/sh\n"
+                                          "exec >/dev/null 2>&1\n"
+                                          "cat \"$1\" &\n");
+    const UniqueFd writer(::open(gate.c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_TRUE(writer);
+    {
+        const WritingMark mark(folder.path());
+        EXPECT_EQ(runChildKeeping(mark.descriptor(), program, {gate.native()}).status, 0);
+    }
+    EXPECT_FALSE(isAlone(folder.path()));
+}
+
+TEST(WritingMark, folderThatIsNotThereIsNotMarked)
+{
+    const TempDir folder;
+    WritingMark mark(folder / "gone");
+    EXPECT_EQ(mark.descriptor(), std::nullopt);
+    mark.ifAlone([] { FAIL() << "nobody can tell"; });
+}
+
+TEST(CommonFolder, isTheNearestToAllFiles)
+{
+    EXPECT_EQ(commonFolder({"/roll/1.jpg"}), "/roll");
+    EXPECT_EQ(commonFolder({"/roll/1.jpg", "/roll/2.jpg"}), "/roll");
+    EXPECT_EQ(commonFolder({"/roll/a/1.jpg", "/roll/a/b/2.jpg"}), "/roll/a");
+    EXPECT_EQ(commonFolder({"/roll/ab/1.jpg", "/roll/abc/1.jpg"}), "/roll");
+    EXPECT_EQ(commonFolder({"/roll/1.jpg", "/scans/1.jpg"}), "/");
+    EXPECT_EQ(commonFolder({"/1.jpg", "/roll/1.jpg"}), "/");
+}
+
+/// A frame with what a killed exiftool left beside it, and a program that stands in for it.
+class Leftover : public ::testing::Test
+{
+protected:
+    void run()
+    {
+        runEmbed({.program = writeProgram(m_tools, "exiftool", "#!/bin/sh\n"),
+                  .configuration = m_tools.write("quillmark.config", "1;")},
+                 {m_frame}, test::minimalPayload(), QStringLiteral("quillmark"));
+    }
+
+    TempDir m_tools;
+    TempDir m_folder;
+    fs::path m_frame = m_folder.write("1.jpg", "whole");
+    fs::path m_leftover = m_folder.write("1.jpg_exiftool_tmp", "half");
+};
+
+TEST_F(Leftover, isRemoved)
+{
+    run();
+    EXPECT_FALSE(fs::exists(m_leftover));
+    EXPECT_EQ(test::readFile(m_frame), "whole");
+}
+
+TEST_F(Leftover, staysWhileAnotherRunWritesThere)
+{
+    const WritingMark another(m_folder.path());
+    run();
+    EXPECT_TRUE(fs::exists(m_leftover));
+}
+
+TEST_F(Leftover, staysWhereItIsAllThatIsLeft)
+{
+    fs::remove(m_frame);
+    run();
+    EXPECT_TRUE(fs::exists(m_leftover));
+}
+
+} // namespace
+} // namespace quillmark
