@@ -66,6 +66,7 @@ Workplace::Workplace(const fs::path &folder)
         if (!m_lock && errno != ENOENT) {
             return;
         }
+        ::rmdir(m_path.c_str()); // where it is there after all, and only could not be looked at
     }
 }
 

@@ -75,5 +75,16 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
     EXPECT_EQ(contents(roll / "_originals").size(), 2U);
 }
 
+TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
+{
+    const TempDir roll;
+    const Paths files{roll.write("a.jpg", "A")};
+    const WatchedCalls watched({{roll.path(), "roll"}},
+                               {{"fstat", "roll/_originals/.quillmark-*", 1, EIO}});
+    Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
+}
+
 } // namespace
 } // namespace quillmark::test
