@@ -5,15 +5,17 @@
 
 #include "base/UniqueFd.h"
 #include "embedding/ChildStart.h"
+#include "embedding/ChildStreams.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -39,6 +41,11 @@ Pipe makePipe(const std::filesystem::path &program)
 
 // --- The child -----------------------------------------------------------------
 
+/// How often a child that is stopped (SIGSTOP, SIGTTIN and their like) is woken. Nobody can
+/// wake it from the window, so the run would never end; and what stops again and again, such as
+/// a program that insists on a terminal, is ended.
+constexpr int maximumWakings = 10;
+
 /// A started child, which is waited for in any case: it never stays a zombie.
 class Child
 {
@@ -46,83 +53,56 @@ public:
     explicit Child(pid_t pid) : m_pid(pid) {}
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
-    ~Child()
+    ~Child() { wait(); }
+
+    /// Whether it has ended, without waiting for that.
+    bool hasEnded()
     {
-        if (m_pid > 0) {
-            wait();
-        }
+        look(WNOHANG);
+        return m_pid == 0;
     }
 
-    /// The exit status as ChildResult has it, or nothing where the system does not keep it:
-    /// a process that ignores SIGCHLD has no children to wait for (ECHILD).
+    /// Waits for its end. Gives the exit status as ChildResult has it, or nothing where the
+    /// system does not keep it: a process that ignores SIGCHLD has no children to wait for
+    /// (ECHILD).
     std::optional<int> wait()
     {
-        int status = 0;
-        const pid_t pid = std::exchange(m_pid, 0);
-        while (::waitpid(pid, &status, 0) < 0) {
-            if (errno != EINTR) {
-                return std::nullopt;
-            }
+        while (m_pid != 0) {
+            look(0);
         }
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        return m_status;
     }
 
 private:
-    pid_t m_pid;
-};
-
-// --- What it writes --------------------------------------------------------------
-
-/// The reading end of one of the child's streams and what came through it.
-struct Stream {
-    UniqueFd source;
-    std::string bytes;
-
-    /// Reads once; closes the source at its end and, emptied, where it cannot be read.
-    void readSome()
+    /// Takes one change of the child's state, if there is one.
+    void look(int options)
     {
-        std::array<char, 65536> buffer; // NOLINT(*-member-init): read() fills it
-        const ssize_t count = ::read(source.get(), buffer.data(), buffer.size());
-        if (count > 0) {
-            bytes.append(buffer.data(), static_cast<std::size_t>(count));
-        } else if (count == 0) {
-            source.reset();
-        } else if (errno != EINTR) {
-            giveUp();
-        }
-    }
-
-    void giveUp()
-    {
-        bytes.clear();
-        source.reset();
-    }
-};
-
-/// Reads both streams to their ends, whichever has something: a child that fills one pipe
-/// while the other is waited for would wait for ever itself.
-void drain(Stream &output, Stream &errors)
-{
-    while (output.source || errors.source) {
-        // A closed source is -1, which poll() leaves out.
-        std::array<pollfd, 2> polled{pollfd{output.source.get(), POLLIN, 0},
-                                     pollfd{errors.source.get(), POLLIN, 0}};
-        if (::poll(polled.data(), polled.size(), -1) < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            output.giveUp();
-            errors.giveUp();
+        if (m_pid == 0) {
             return;
         }
-        if (polled[0].revents != 0) {
-            output.readSome();
+        int status = 0;
+        const pid_t changed = ::waitpid(m_pid, &status, options | WUNTRACED);
+        if (changed == 0 || (changed < 0 && errno == EINTR)) {
+            return;
         }
-        if (polled[1].revents != 0) {
-            errors.readSome();
+        if (changed > 0 && WIFSTOPPED(status)) {
+            ::kill(m_pid, m_wakings++ < maximumWakings ? SIGCONT : SIGKILL);
+            return;
+        }
+        m_pid = 0;
+        if (changed > 0) {
+            m_status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         }
     }
-}
+
+    pid_t m_pid;
+    int m_wakings = 0;
+    std::optional<int> m_status;
+};
+
+/// How long a silent child is left before it is looked after: neither that it is stopped nor
+/// that it ended while others hold on to its pipes shows in these.
+constexpr std::chrono::milliseconds patience{500};
 
 bool holdsNul(const std::string &argument)
 {
@@ -152,18 +132,22 @@ ChildResult runChildKeeping(std::optional<int> descriptor, const std::filesystem
                            {.output = outputPipe.writeEnd.get(),
                             .errors = errorPipe.writeEnd.get(),
                             .kept = descriptor}));
-    Stream output{std::move(outputPipe.readEnd), {}};
-    Stream errors{std::move(errorPipe.readEnd), {}};
+    ChildStreams streams(std::move(outputPipe.readEnd), std::move(errorPipe.readEnd));
     outputPipe.writeEnd.reset();
     errorPipe.writeEnd.reset();
 
-    drain(output, errors);
+    while (streams.readSome(patience)) {
+        if (child.hasEnded()) {
+            streams.readRest();
+            break;
+        }
+    }
     const std::optional<int> status = child.wait();
     if (!status) {
         throw std::system_error(ECHILD, std::generic_category(),
                                 "\"" + program.native() + "\" ended in an unknown way");
     }
-    return {std::move(output.bytes), std::move(errors.bytes), *status};
+    return {streams.takeOutput(), streams.takeErrors(), *status};
 }
 
 } // namespace quillmark

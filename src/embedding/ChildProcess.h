@@ -28,7 +28,9 @@ struct ChildResult {
 /// receives SIGINT.
 ///
 /// Output is read while the child runs, so that it may be of any length; a stream that
-/// cannot be read counts as empty. A non-zero status is a result, not a failure.
+/// cannot be read counts as empty. The child's end is the end, whoever else holds its pipes.
+/// A child that is stopped is continued, and killed at its eleventh stop. A non-zero status
+/// is a result, not a failure.
 /// Throws std::system_error, whose what() is a sentence that names the program, where the
 /// child cannot be started. Any thread.
 ChildResult runChild(const std::filesystem::path &program,

@@ -4,6 +4,7 @@
 #include "ingest/FileCopy.h"
 
 #include "base/PathText.h"
+#include "base/Uninterrupted.h"
 #include "base/UniqueFd.h"
 #include "ingest/FileError.h"
 #include "ingest/Workplace.h"
@@ -16,6 +17,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 #include <vector>
 
@@ -31,15 +33,11 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// Calls again for as long as a signal came in between.
-template <typename Call>
-auto uninterrupted(Call call)
+/// Opens for reading what is there: a file, a directory, or whatever else has the name.
+UniqueFd openExisting(const fs::path &path, int furtherFlags)
 {
-    auto result = call();
-    while (result < 0 && errno == EINTR) {
-        result = call();
-    }
-    return result;
+    return UniqueFd(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | furtherFlags); }));
 }
 
 /// One copy under way: the names that its failures tell.
@@ -138,17 +136,18 @@ void copyAttributes(const struct stat &from, int to, const Copying &copying)
 /// A directory's entries go to disk; file systems that need no such call refuse it.
 bool syncDirectoryHandle(int directory)
 {
-    return ::fsync(directory) == 0 || errno == EINVAL;
+    return uninterrupted([&] { return ::fsync(directory); }) == 0 || errno == EINVAL;
 }
 
 void copyFile(int from, const struct stat &status, const fs::path &target, const Copying &copying)
 {
     constexpr int createNew = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-    const UniqueFd to(::open(target.c_str(), createNew, S_IRUSR | S_IWUSR));
+    const UniqueFd to(
+        uninterrupted([&] { return ::open(target.c_str(), createNew, S_IRUSR | S_IWUSR); }));
     copying.check(static_cast<bool>(to));
     copyContent(from, to.get(), copying);
     copyAttributes(status, to.get(), copying);
-    copying.check(::fsync(to.get()) == 0);
+    copying.check(uninterrupted([&] { return ::fsync(to.get()); }) == 0);
 }
 
 /// Inside a directory, links that lead to no file: to directories, maybe in circles, or nowhere.
@@ -167,6 +166,9 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
     copying.check(::mkdir(target.c_str(), S_IRWXU) == 0);
     std::error_code failure;
     fs::directory_iterator entries(source, failure);
+    while (failure == std::errc::interrupted) {
+        entries = fs::directory_iterator(source, failure);
+    }
     while (!failure && entries != fs::directory_iterator()) {
         const fs::path inner = target / entries->path().filename();
         if (staysALink(entries->path())) {
@@ -181,7 +183,7 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
     if (failure) {
         copying.fail(failure);
     }
-    const UniqueFd to(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd to = openExisting(target, O_DIRECTORY);
     copying.check(static_cast<bool>(to));
     copyAttributes(status, to.get(), copying);
     copying.check(syncDirectoryHandle(to.get()));
@@ -190,7 +192,7 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
 void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying)
 {
     // Without O_NONBLOCK a pipe that somebody named x.jpg would hold the run for ever.
-    const UniqueFd from(::open(source.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const UniqueFd from = openExisting(source, O_NONBLOCK | O_NOCTTY);
     copying.check(static_cast<bool>(from));
     struct stat status {};
     copying.check(::fstat(from.get(), &status) == 0);
@@ -203,16 +205,35 @@ void copyEntry(const fs::path &source, const fs::path &target, const Copying &co
     }
 }
 
-/// Gives the finished copy its place. A rename replaces a file at once, but no directory
-/// and nothing by a directory: what is there moves aside first.
+/// Takes the place of what a rename cannot replace: a directory, or a file by a directory.
+void exchange(const fs::path &destination, const Workplace &workplace, const Copying &copying)
+{
+    const fs::path copy = workplace.copy();
+    if (::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, destination.c_str(), RENAME_EXCHANGE) == 0) {
+        return;
+    }
+    // Nothing is there to change places with, or the file system cannot do it in one step.
+    const fs::path replaced = workplace.replaced();
+    const bool moved = ::rename(destination.c_str(), replaced.c_str()) == 0;
+    copying.check(moved || errno == ENOENT);
+    if (::rename(copy.c_str(), destination.c_str()) != 0) {
+        const std::error_code reason = lastError();
+        if (moved) {
+            ::rename(replaced.c_str(), destination.c_str());
+        }
+        copying.fail(reason);
+    }
+}
+
+/// Gives the finished copy its place; what was there goes with the workplace.
 void replace(const fs::path &destination, const Workplace &workplace, const Copying &copying)
 {
     const fs::path copy = workplace.copy();
     std::error_code ignored;
     if (fs::is_directory(copy, ignored) ||
         fs::is_directory(fs::symlink_status(destination, ignored))) {
-        const bool moved = ::rename(destination.c_str(), workplace.replaced().c_str()) == 0;
-        copying.check(moved || errno == ENOENT);
+        exchange(destination, workplace, copying);
+        return;
     }
     copying.check(::rename(copy.c_str(), destination.c_str()) == 0);
 }
@@ -229,7 +250,7 @@ void copyDurably(const fs::path &source, const fs::path &destination)
 
 void syncDirectory(const fs::path &directory)
 {
-    const UniqueFd handle(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd handle = openExisting(directory, O_DIRECTORY);
     if (!handle || !syncDirectoryHandle(handle.get())) {
         throw FileError(QStringLiteral("Could not put “%1” on disk").arg(pathText(directory)),
                         directory, lastError());

@@ -10,6 +10,7 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <optional>
 #include <set>
 #include <utility>
@@ -22,14 +23,23 @@ namespace fs = std::filesystem;
 /// What makes two names one file, however they are spelled or linked.
 using FileIdentity = std::pair<dev_t, ino_t>;
 
+[[noreturn]] void failToLookAt(const fs::path &path, std::error_code reason)
+{
+    throw FileError(QStringLiteral("Could not look at “%1”").arg(pathText(path)), path, reason);
+}
+
+/// Nothing where nothing is there. Any other failure is one of the check that asks.
 template <typename Stat>
 std::optional<FileIdentity> identity(const fs::path &path, Stat stat)
 {
     struct ::stat status {};
-    if (stat(path.c_str(), &status) != 0) {
-        return std::nullopt;
+    if (stat(path.c_str(), &status) == 0) {
+        return FileIdentity{status.st_dev, status.st_ino};
     }
-    return FileIdentity{status.st_dev, status.st_ino};
+    if (errno != ENOENT && errno != ENOTDIR && errno != ELOOP) {
+        failToLookAt(path, {errno, std::generic_category()});
+    }
+    return std::nullopt;
 }
 
 /// A source that is itself the destination of a copy would be removed to make room for it.
@@ -66,16 +76,29 @@ bool liesWithin(const fs::path &path, const fs::path &folder)
             break;
         }
     }
+    if (failure) {
+        failToLookAt(path, failure);
+    }
     return false;
+}
+
+bool isDirectory(const fs::path &path)
+{
+    std::error_code failure;
+    const fs::file_status status = fs::status(path, failure);
+    if (status.type() == fs::file_type::none &&
+        failure != std::errc::too_many_symbolic_link_levels) {
+        failToLookAt(path, failure);
+    }
+    return fs::is_directory(status);
 }
 
 /// A directory (or a link to one) with an image's name may hold the output folder: copying
 /// it there would never end.
 void refuseDirectoriesAroundOutput(const std::vector<fs::path> &files, const fs::path &outputFolder)
 {
-    std::error_code ignored;
     for (const fs::path &file : files) {
-        if (fs::is_directory(file, ignored) && liesWithin(outputFolder, file)) {
+        if (isDirectory(file) && liesWithin(outputFolder, file)) {
             throw FileError(QStringLiteral("Could not copy “%1” into itself").arg(pathText(file)),
                             file, std::make_error_code(std::errc::invalid_argument));
         }

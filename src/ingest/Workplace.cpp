@@ -66,13 +66,20 @@ Workplace::Workplace(const fs::path &folder)
         if (!m_lock && errno != ENOENT) {
             return;
         }
+        ::rmdir(m_path.c_str()); // where it is there after all, and only could not be looked at
     }
 }
 
 Workplace::~Workplace()
 {
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
+    // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
+    std::error_code failure;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        fs::remove_all(m_path, failure);
+        if (!failure) {
+            break;
+        }
+    }
 }
 
 void removeAbandonedWorkplaces(const fs::path &folder)

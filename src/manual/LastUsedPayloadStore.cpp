@@ -3,10 +3,8 @@
 
 #include "manual/LastUsedPayloadStore.h"
 
+#include "base/Settings.h"
 #include "payload/SlatePayloadJson.h"
-
-#include <QSettings>
-#include <QVariant>
 
 namespace quillmark::LastUsedPayloadStore {
 namespace {
@@ -17,31 +15,21 @@ QString key()
     return QStringLiteral("co.larkhollow.quillmark.lastManualPayload.v2");
 }
 
-/// The program's own settings, whatever executable the library is linked into.
-QSettings settings()
-{
-    return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-            QStringLiteral("Quillmark")};
-}
-
 } // namespace
 
 void save(const SlatePayload &payload)
 {
-    QSettings store = settings();
-    store.setValue(key(), slatePayloadToJson(payload));
-    // At once, not when the event loop finds time: the run that follows may be killed.
-    store.sync();
+    Settings::store(key(), slatePayloadToJson(payload));
 }
 
 std::optional<SlatePayload> load()
 {
-    const QVariant stored = settings().value(key());
-    if (stored.typeId() != QMetaType::QByteArray) {
+    const std::optional<QByteArray> stored = Settings::value(key());
+    if (!stored) {
         return std::nullopt;
     }
     try {
-        return slatePayloadFromJson(stored.toByteArray());
+        return slatePayloadFromJson(*stored);
     } catch (const SlateDecodeError &) {
         return std::nullopt;
     }

@@ -4,11 +4,11 @@
 #pragma once
 
 #include "app/SessionBridge.h"
+#include "support/StoredSettings.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
-#include <QSettings>
 #include <QTest>
 #include <QVariantMap>
 
@@ -28,9 +28,7 @@ protected:
     explicit MainWindow(const QVariantMap &properties = {})
     {
         // The form is to start empty, whatever another test typed.
-        QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-                  QStringLiteral("Quillmark"))
-            .clear();
+        forgetSettings();
         m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent main(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
         m_window.reset(qobject_cast<QQuickWindow *>(main.createWithInitialProperties(properties)));

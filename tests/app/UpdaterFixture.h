@@ -5,13 +5,13 @@
 
 #include "app/updates/UpdateMemory.h"
 #include "app/updates/Updater.h"
+#include "support/StoredSettings.h"
 #include "support/TempDir.h"
 #include "updates/PublishedFeed.h"
 #include "updates/TestAuthority.h"
 #include "updates/TestServer.h"
 
 #include <QList>
-#include <QSettings>
 #include <QTest>
 #include <QUrl>
 
@@ -30,17 +30,12 @@ class UpdaterFixture
 protected:
     UpdaterFixture()
     {
-        settings().clear();
+        forgetSettings();
         ::setenv("XDG_CACHE_HOME", m_cache.path().c_str(), 1);
     }
     ~UpdaterFixture() { ::unsetenv("XDG_CACHE_HOME"); }
     Q_DISABLE_COPY_MOVE(UpdaterFixture)
 
-    static QSettings settings()
-    {
-        return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-                QStringLiteral("Quillmark")};
-    }
     UpdaterSurroundings surroundings()
     {
         using namespace std::chrono_literals;

@@ -210,8 +210,9 @@ class Updates(WindowCase):
         program.press("SKIP THIS VERSION")
         program.wait_until_gone("A new version is available")
 
-        settings = self.home / ".config" / "Larkhollow" / "Quillmark.conf"
-        self.assertIn("updates.skippedVersion=99.0", settings.read_text("utf-8"))
+        settings = self.home / ".config" / "Larkhollow" / "Quillmark"
+        skipped = settings / "co.larkhollow.quillmark.updates.skippedVersion"
+        self.assertEqual(skipped.read_text("utf-8"), "99.0")
         self.assertEqual(self.left_files(), [])
 
     def test_scheduled_check_offers_a_new_version(self):

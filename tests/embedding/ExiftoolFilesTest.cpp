@@ -6,6 +6,7 @@
 #include "embedding/Exiftool.h"
 
 #include "EmbedSupport.h"
+#include "Programs.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
 #include "support/TempDir.h"
@@ -16,6 +17,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <iterator>
 #include <stdexcept>
 
 namespace quillmark {
@@ -29,6 +32,8 @@ using test::fullPayload;
 using test::isTagged;
 using test::minimalPayload;
 using test::readFile;
+using test::TempDir;
+using test::writeProgram;
 using ::testing::HasSubstr;
 
 ExiftoolError embedFailure(const std::vector<fs::path> &files)
@@ -72,6 +77,25 @@ TEST_F(ExiftoolOnJpeg, relativePathIsNeverAnOption)
     EXPECT_TRUE(isTagged("-ver"));
     EXPECT_TRUE(isTagged("@list"));
     EXPECT_TRUE(isTagged("-"));
+}
+
+TEST_F(ExiftoolOnJpeg, neitherThePathNorAShellHasASay)
+{
+    struct PathOfTraps {
+        explicit PathOfTraps(const fs::path &folder) { ::setenv("PATH", folder.c_str(), 1); }
+        ~PathOfTraps() { ::setenv("PATH", before.c_str(), 1); }
+        std::string before = ::getenv("PATH");
+    };
+    const TempDir traps;
+    for (const char *name : {"exiftool", "perl", "env", "sh", "touch"}) {
+        writeProgram(traps, name, "#!/bin/sh\n: >\"$0 was called\"\nexit 3\n");
+    }
+    const PathOfTraps path(traps.path());
+    const fs::path file = jpeg("`touch 1`;$(touch 2)&touch 3|touch 4.jpg");
+    embed({file}, minimalPayload());
+    EXPECT_TRUE(isTagged(file));
+    const fs::directory_iterator left(traps.path());
+    EXPECT_EQ(std::distance(begin(left), end(left)), 5);
 }
 
 TEST_F(ExiftoolOnJpeg, symbolicLinkBecomesAWrittenCopy)

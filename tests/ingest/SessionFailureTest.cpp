@@ -50,7 +50,14 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"floodingBothPipes",
                 "head -c 1048576 /dev/zero | tr '\\0' o; head -c 1048576 /dev/zero | tr '\\0' e "
                 ">&2; exit 2",
-                "exiftool exited with code 2\n\neeee"}),
+                "exiftool exited with code 2\n\neeee"},
+        Failure{"stopped", "kill -STOP $$; exit 3", "exiftool exited with code 3\n\n"},
+        Failure{"stoppedForEver", "exec >&- 2>&-; while :; do kill -STOP $$; done",
+                "exiftool exited with code 137\n\n"},
+        Failure{"closingItsStreamsEarly", "exec >&- 2>&-; exit 4",
+                "exiftool exited with code 4\n\n"},
+        Failure{"leavingSomebodyWhoHoldsItsStreams", "yes & yes >&2 & echo wrong >&2; exit 5",
+                "exiftool exited with code 5\n\n"}),
     [](const auto &failure) { return std::string(failure.param.title); });
 
 TEST_F(SessionTest, warningsOfASuccessfulRunAreNoFailure)

@@ -2,21 +2,23 @@
 // SPDX-License-Identifier: MIT
 
 #include "manual/LastUsedPayloadStore.h"
+#include "support/FileSizeLimit.h"
 #include "support/Printers.h"
 #include "support/Samples.h"
+#include "support/StoredSettings.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <QSettings>
+#include <fstream>
+#include <iterator>
 
 namespace quillmark {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Gives the settings of this process a folder of their own. QSettings looks at the
-/// environment once, so the folder is one for all cases, and each starts by emptying it.
+/// Gives the settings of this process a folder of their own, which each case starts by emptying.
 class LastUsedPayloadStore : public ::testing::Test
 {
 protected:
@@ -26,15 +28,12 @@ protected:
         home = folder.path();
         ::setenv("XDG_CONFIG_HOME", home.c_str(), 1);
     }
-    void SetUp() override { fs::remove_all(file()); }
+    void SetUp() override { test::forgetSettings(); }
 
-    static fs::path file() { return home / "Larkhollow" / "Quillmark.conf"; }
-    static void storeRaw(const QVariant &value)
+    static fs::path file()
     {
-        QSettings settings(QString::fromStdString(file().string()), QSettings::NativeFormat);
-        settings.setValue(QStringLiteral("co.larkhollow.quillmark.lastManualPayload.v2"), value);
+        return test::storedSettings() / "co.larkhollow.quillmark.lastManualPayload.v2";
     }
-
     inline static fs::path home;
 };
 
@@ -68,16 +67,34 @@ TEST_F(LastUsedPayloadStore, doesNotJudgeTheVersion)
 
 TEST_F(LastUsedPayloadStore, faultyEntryIsAbsentAndStays)
 {
-    const QVariant faulty[] = {QByteArray("no json"), QByteArray("{\"version\":2}"),
-                               QStringLiteral("a text, not data")};
-    for (const QVariant &value : faulty) {
-        storeRaw(value);
-        const std::string before = test::readFile(file());
+    quillmark::LastUsedPayloadStore::save(test::minimalPayload());
+    for (const char *faulty : {"no json", "{\"version\":2}", ""}) {
+        std::ofstream(file()) << faulty;
         EXPECT_FALSE(quillmark::LastUsedPayloadStore::load().has_value());
-        EXPECT_EQ(test::readFile(file()), before);
+        EXPECT_EQ(test::readFile(file()), faulty);
     }
     quillmark::LastUsedPayloadStore::save(test::minimalPayload());
     EXPECT_EQ(quillmark::LastUsedPayloadStore::load(), test::minimalPayload());
+}
+
+TEST_F(LastUsedPayloadStore, aFullDiskKeepsTheEarlierPayload)
+{
+    quillmark::LastUsedPayloadStore::save(test::minimalPayload());
+    {
+        const test::FileSizeLimit full(100);
+        quillmark::LastUsedPayloadStore::save(test::fullPayload());
+    }
+    EXPECT_EQ(quillmark::LastUsedPayloadStore::load(), test::minimalPayload());
+    EXPECT_EQ(std::distance(fs::directory_iterator(file().parent_path()), {}), 1);
+}
+
+TEST_F(LastUsedPayloadStore, aFolderThatCannotBeMadeIsNoFailure)
+{
+    fs::remove_all(home / "Larkhollow");
+    std::ofstream(home / "Larkhollow") << "a file in the way";
+    quillmark::LastUsedPayloadStore::save(test::fullPayload());
+    EXPECT_FALSE(quillmark::LastUsedPayloadStore::load().has_value());
+    fs::remove(home / "Larkhollow");
 }
 
 } // namespace

@@ -3,34 +3,29 @@
 
 #include "app/updates/UpdateMemory.h"
 
-#include <QSettings>
+#include "base/Settings.h"
 
 namespace quillmark::UpdateMemory {
 namespace {
-
-/// The program's own settings, whatever executable the library is linked into.
-QSettings settings()
-{
-    return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Larkhollow"),
-            QStringLiteral("Quillmark")};
-}
 
 QString key(const char *name)
 {
     return QStringLiteral("co.larkhollow.quillmark.updates.") + QString::fromLatin1(name);
 }
 
+QString read(const char *name)
+{
+    return QString::fromUtf8(Settings::value(key(name)).value_or(QByteArray()));
+}
+
 void write(const char *name, const QString &value)
 {
-    QSettings store = settings();
-    store.setValue(key(name), value);
-    store.sync();
+    Settings::store(key(name), value.toUtf8());
 }
 
 std::optional<QDateTime> readTime(const char *name)
 {
-    const QDateTime time =
-        QDateTime::fromString(settings().value(key(name)).toString(), Qt::ISODateWithMs);
+    const QDateTime time = QDateTime::fromString(read(name), Qt::ISODateWithMs);
     return time.isValid() ? std::optional(time.toUTC()) : std::nullopt;
 }
 
@@ -53,7 +48,7 @@ void setLastCheck(const QDateTime &time)
 
 QString skippedVersion()
 {
-    return settings().value(key("skippedVersion")).toString();
+    return read("skippedVersion");
 }
 
 void setSkippedVersion(const QString &version)
@@ -63,7 +58,7 @@ void setSkippedVersion(const QString &version)
 
 std::optional<QDateTime> newestFeed(const QUrl &feed)
 {
-    const bool isSame = settings().value(key("feed")).toString() == feed.toString();
+    const bool isSame = read("feed") == feed.toString();
     return isSame ? readTime("newestFeed") : std::nullopt;
 }
 

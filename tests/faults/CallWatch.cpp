@@ -1,0 +1,255 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "faults/CallWatch.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <regex>
+
+namespace quillmark::test {
+namespace watch {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What goes on while calls are watched.
+struct Watch {
+    WatchedCalls::Labels labels;
+    struct Awaited {
+        Fault fault;
+        int occurrences = 0; ///< of the call that is to fail
+        bool isMet() const { return occurrences >= fault.occurrence; }
+    };
+    std::vector<Awaited> faults;
+    std::size_t pipes = 0;
+    std::map<int, std::string> descriptors;
+    std::vector<SystemCall> calls;
+};
+
+std::mutex &mutex()
+{
+    static std::mutex instance;
+    return instance;
+}
+
+std::optional<Watch> &current()
+{
+    static std::optional<Watch> instance;
+    return instance;
+}
+
+/// Whether there is a watch: asked without the lock, by every call of the process.
+constinit std::atomic<bool> watching = false;
+
+/// A child does not watch itself between fork() and its program.
+constinit std::atomic<pid_t> watched = 0;
+
+/// The watch's own work makes calls too, such as those of an allocation.
+thread_local bool busy = false;
+
+/// Holds the watch, if there is one and this thread is not at work for it.
+class Held
+{
+public:
+    Held() : m_free(!busy && watching && ::getpid() == watched)
+    {
+        if (m_free) {
+            busy = true;
+            m_lock = std::unique_lock(mutex());
+        }
+    }
+    Held(const Held &) = delete;
+    Held &operator=(const Held &) = delete;
+    ~Held()
+    {
+        if (m_free) {
+            busy = false;
+        }
+    }
+
+    explicit operator bool() const { return m_free && current(); }
+    Watch *operator->() const { return &*current(); }
+
+private:
+    bool m_free;
+    std::unique_lock<std::mutex> m_lock;
+};
+
+/// Names that mkdtemp and mkostemp choose at random.
+std::string withoutRandomParts(const std::string &path)
+{
+    static const std::regex random(R"((\.quillmark-|Payload\.v2\.)[A-Za-z0-9]{6})");
+    return std::regex_replace(path, random, "$1*");
+}
+
+Subject labelled(const WatchedCalls::Labels &labels, const std::string &path)
+{
+    for (const auto &[root, label] : labels) {
+        const std::string &prefix = root.native();
+        if (path == prefix) {
+            return label;
+        }
+        if (path.starts_with(prefix) && path[prefix.size()] == '/') {
+            return label + withoutRandomParts(path.substr(prefix.size()));
+        }
+    }
+    return std::nullopt;
+}
+
+std::pair<dev_t, ino_t> identity(const struct stat &status)
+{
+    return {status.st_dev, status.st_ino};
+}
+
+std::pair<dev_t, ino_t> identityOf(int descriptor)
+{
+    static auto *const real = libraryFunction<int(int, struct stat *)>("fstat");
+    struct stat status {};
+    return real(descriptor, &status) == 0 ? identity(status) : std::pair<dev_t, ino_t>{};
+}
+
+std::pair<dev_t, ino_t> identityOf(const fs::path &path)
+{
+    static auto *const real = libraryFunction<int(const char *, struct stat *)>("stat");
+    struct stat status {};
+    return real(path.c_str(), &status) == 0 ? identity(status) : std::pair<dev_t, ino_t>{};
+}
+
+} // namespace
+
+Subject ofPath(const char *path)
+{
+    const Held watch;
+    return watch && path != nullptr ? labelled(watch->labels, path) : std::nullopt;
+}
+
+Subject ofPathAt(int folder, const char *path)
+{
+    if (path == nullptr || path[0] == '/') {
+        return ofPath(path);
+    }
+    const Subject base = ofDescriptor(folder);
+    return base ? Subject(*base + (path[0] == '\0' ? "" : "/") + withoutRandomParts(path))
+                : std::nullopt;
+}
+
+Subject ofDescriptor(int descriptor)
+{
+    const Held watch;
+    if (watch) {
+        const auto found = watch->descriptors.find(descriptor);
+        if (found != watch->descriptors.end()) {
+            return found->second;
+        }
+    }
+    return std::nullopt;
+}
+
+void opened(int descriptor, const Subject &subject)
+{
+    const Held watch;
+    if (watch && subject && descriptor >= 0) {
+        watch->descriptors[descriptor] = *subject;
+    }
+}
+
+void closed(int descriptor)
+{
+    const Held watch;
+    if (watch) {
+        watch->descriptors.erase(descriptor);
+    }
+}
+
+void openedPipe(const int *ends)
+{
+    const Held watch;
+    if (watch) {
+        constexpr std::array<const char *, 3> names{"child's output", "child's errors",
+                                                    "child's start"};
+        const std::string name = names.at(watch->pipes++ % names.size());
+        watch->descriptors[ends[0]] = name;
+        watch->descriptors[ends[1]] = name + ", its end";
+    }
+}
+
+Subject ofChild(const char *what)
+{
+    const Held watch;
+    return watch ? Subject(what) : std::nullopt;
+}
+
+Order orderFor(const char *function, const Subject &subject)
+{
+    const Held watch;
+    if (!watch) {
+        return {};
+    }
+    for (Watch::Awaited &awaited : watch->faults) {
+        const Fault &fault = awaited.fault;
+        if (fault.function == function && fault.subject == *subject &&
+            ++awaited.occurrences == fault.occurrence) {
+            return {.error = fault.error, .halved = fault.error == 0};
+        }
+    }
+    return {};
+}
+
+void report(const char *function, const Subject &subject, bool failed, const Report &details)
+{
+    const Held watch;
+    if (!watch) {
+        return;
+    }
+    SystemCall call{
+        .function = function, .subject = *subject, .changes = details.changes, .failed = failed};
+    if (details.descriptor >= 0) {
+        call.file = identityOf(details.descriptor);
+    } else if (details.path != nullptr) {
+        call.file = identityOf(fs::path(details.path));
+        call.folder = identityOf(fs::path(details.path).parent_path());
+    }
+    watch->calls.push_back(std::move(call));
+}
+
+} // namespace watch
+
+WatchedCalls::WatchedCalls(Labels labels, std::vector<Fault> faults)
+{
+    watch::current().emplace();
+    watch::current()->labels = std::move(labels);
+    for (Fault &fault : faults) {
+        watch::current()->faults.push_back({std::move(fault)});
+    }
+    watch::watched = ::getpid();
+    watch::watching = true;
+}
+
+WatchedCalls::~WatchedCalls()
+{
+    const watch::Held held;
+    watch::watching = false;
+    watch::current().reset();
+}
+
+std::vector<SystemCall> WatchedCalls::calls() const
+{
+    const watch::Held held;
+    return held->calls;
+}
+
+bool WatchedCalls::faultsMet() const
+{
+    const watch::Held held;
+    return std::all_of(held->faults.begin(), held->faults.end(),
+                       [](const auto &awaited) { return awaited.isMet(); });
+}
+
+} // namespace quillmark::test

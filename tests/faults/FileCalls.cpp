@@ -1,0 +1,296 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+// Stands before the C library's functions for files that are open.
+
+#include "faults/CallWatch.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdarg>
+
+using namespace quillmark::test::watch;
+
+namespace {
+
+/// Half of a count of bytes, of which at least one is left.
+std::size_t halfOf(std::size_t count)
+{
+    return std::max<std::size_t>(count / 2, std::min<std::size_t>(count, 1));
+}
+
+Subject ofOpening(const Subject &path, int flags)
+{
+    const bool unnamed = (flags & O_TMPFILE) == O_TMPFILE;
+    return path && unnamed ? Subject(*path + "/(unnamed)") : path;
+}
+
+/// Both names under which the library has open().
+int openAs(const char *name, const char *path, int flags, mode_t mode)
+{
+    auto *const real = libraryFunction<int(const char *, int, ...)>(name);
+    const Subject subject = ofOpening(ofPath(path), flags);
+    const int descriptor =
+        passOn("open", subject, {.changes = (flags & O_ACCMODE) != O_RDONLY, .path = path},
+               [&](bool) { return real(path, flags, mode); });
+    opened(descriptor, subject);
+    return descriptor;
+}
+
+int openAtAs(const char *name, int folder, const char *path, int flags, mode_t mode)
+{
+    auto *const real = libraryFunction<int(int, const char *, int, ...)>(name);
+    const Subject subject = ofOpening(ofPathAt(folder, path), flags);
+    const int descriptor = passOn("openat", subject, {.changes = (flags & O_ACCMODE) != O_RDONLY},
+                                  [&](bool) { return real(folder, path, flags, mode); });
+    opened(descriptor, subject);
+    return descriptor;
+}
+
+/// The mode stands among the arguments only where a file may be made.
+mode_t modeFor(int flags, va_list &arguments)
+{
+    const bool given = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+    return given ? va_arg(arguments, mode_t) : 0;
+}
+
+} // namespace
+
+extern "C" {
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeFor(flags, arguments);
+    va_end(arguments);
+    return openAs("open", path, flags, mode);
+}
+
+int open64(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeFor(flags, arguments);
+    va_end(arguments);
+    return openAs("open64", path, flags, mode);
+}
+
+int openat(int folder, const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeFor(flags, arguments);
+    va_end(arguments);
+    return openAtAs("openat", folder, path, flags, mode);
+}
+
+int openat64(int folder, const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeFor(flags, arguments);
+    va_end(arguments);
+    return openAtAs("openat64", folder, path, flags, mode);
+}
+
+int close(int descriptor)
+{
+    static auto *const real = libraryFunction<decltype(close)>("close");
+    const Subject subject = ofDescriptor(descriptor);
+    const Report details{};
+    closed(descriptor);
+    // Linux gives a descriptor up even where it reports a failure (close(2)).
+    const int result = real(descriptor);
+    return passOn("close", subject, details, [&](bool) { return result; });
+}
+
+ssize_t read(int descriptor, void *buffer, std::size_t count)
+{
+    static auto *const real = libraryFunction<decltype(read)>("read");
+    return passOn("read", ofDescriptor(descriptor), {.descriptor = descriptor}, [&](bool halved) {
+        return real(descriptor, buffer, halved ? halfOf(count) : count);
+    });
+}
+
+ssize_t write(int descriptor, const void *buffer, std::size_t count)
+{
+    static auto *const real = libraryFunction<decltype(write)>("write");
+    return passOn(
+        "write", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
+        [&](bool halved) { return real(descriptor, buffer, halved ? halfOf(count) : count); });
+}
+
+ssize_t copy_file_range(int from, off64_t *fromOffset, int to, off64_t *toOffset, std::size_t count,
+                        unsigned int flags)
+{
+    static auto *const real = libraryFunction<decltype(copy_file_range)>("copy_file_range");
+    // Half of what is asked for is more than there is: half of what is there, then.
+    struct stat status {};
+    return passOn("copy_file_range", ofDescriptor(to), {.changes = true, .descriptor = to},
+                  [&](bool halved) {
+                      if (halved && fstat(from, &status) == 0) {
+                          count = halfOf(static_cast<std::size_t>(status.st_size));
+                      }
+                      return real(from, fromOffset, to, toOffset, count, flags);
+                  });
+}
+
+ssize_t sendfile(int to, int from, off_t *offset, std::size_t count) noexcept
+{
+    static auto *const real = libraryFunction<ssize_t(int, int, off_t *, std::size_t)>("sendfile");
+    return passOn("sendfile", ofDescriptor(to), {.changes = true, .descriptor = to},
+                  [&](bool halved) { return real(to, from, offset, halved ? count / 2 : count); });
+}
+
+int ioctl(int descriptor, unsigned long request, ...) noexcept
+{
+    static auto *const real = libraryFunction<int(int, unsigned long, ...)>("ioctl");
+    va_list arguments;
+    va_start(arguments, request);
+    void *const argument = va_arg(arguments, void *);
+    va_end(arguments);
+    return passOn("ioctl", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
+                  [&](bool) { return real(descriptor, request, argument); });
+}
+
+int fcntl(int descriptor, int command, ...)
+{
+    static auto *const real = libraryFunction<int(int, int, ...)>("fcntl");
+    va_list arguments;
+    va_start(arguments, command);
+    void *const argument = va_arg(arguments, void *);
+    va_end(arguments);
+    return passOn("fcntl", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor, command, argument); });
+}
+
+int flock(int descriptor, int operation) noexcept
+{
+    static auto *const real = libraryFunction<int(int, int)>("flock");
+    return passOn("flock", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor, operation); });
+}
+
+int fsync(int descriptor)
+{
+    static auto *const real = libraryFunction<decltype(fsync)>("fsync");
+    return passOn("fsync", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor); });
+}
+
+int fdatasync(int descriptor)
+{
+    static auto *const real = libraryFunction<decltype(fdatasync)>("fdatasync");
+    return passOn("fdatasync", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor); });
+}
+
+int ftruncate(int descriptor, off_t size) noexcept
+{
+    static auto *const real = libraryFunction<int(int, off_t)>("ftruncate");
+    return passOn("ftruncate", ofDescriptor(descriptor),
+                  {.changes = true, .descriptor = descriptor},
+                  [&](bool) { return real(descriptor, size); });
+}
+
+int ftruncate64(int descriptor, off64_t size) noexcept
+{
+    return ftruncate(descriptor, size);
+}
+
+int fstat(int descriptor, struct stat *status) noexcept
+{
+    static auto *const real = libraryFunction<int(int, struct stat *)>("fstat");
+    return passOn("fstat", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor, status); });
+}
+
+int fstat64(int descriptor, struct stat64 *status) noexcept
+{
+    static auto *const real = libraryFunction<int(int, struct stat64 *)>("fstat64");
+    return passOn("fstat", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor, status); });
+}
+
+int fchmod(int descriptor, mode_t mode) noexcept
+{
+    static auto *const real = libraryFunction<int(int, mode_t)>("fchmod");
+    return passOn("fchmod", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
+                  [&](bool) { return real(descriptor, mode); });
+}
+
+int futimens(int descriptor, const struct timespec times[2]) noexcept
+{
+    static auto *const real = libraryFunction<int(int, const struct timespec *)>("futimens");
+    return passOn("futimens", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
+                  [&](bool) { return real(descriptor, times); });
+}
+
+void *mmap64(void *address, std::size_t size, int protection, int flags, int descriptor,
+             off64_t offset) noexcept
+{
+    static auto *const real =
+        libraryFunction<void *(void *, std::size_t, int, int, int, off64_t)>("mmap64");
+    const Subject subject = descriptor >= 0 ? ofDescriptor(descriptor) : std::nullopt;
+    const Order order = subject ? orderFor("mmap", subject) : Order{};
+    void *result = MAP_FAILED;
+    if (order.error == 0) {
+        result = real(address, size, protection, flags, descriptor, offset);
+    }
+    if (subject) {
+        report("mmap", subject, result == MAP_FAILED, {.descriptor = descriptor});
+        errno = order.error;
+    }
+    return result;
+}
+
+DIR *opendir(const char *path)
+{
+    static auto *const real = libraryFunction<decltype(opendir)>("opendir");
+    const Subject subject = ofPath(path);
+    DIR *const folder =
+        passOn("opendir", subject, {.path = path}, [&](bool) { return real(path); });
+    if (folder != nullptr) {
+        opened(::dirfd(folder), subject);
+    }
+    return folder;
+}
+
+DIR *fdopendir(int descriptor)
+{
+    static auto *const real = libraryFunction<decltype(fdopendir)>("fdopendir");
+    return passOn("fdopendir", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor); });
+}
+
+struct dirent *readdir(DIR *folder)
+{
+    static auto *const real = libraryFunction<decltype(readdir)>("readdir");
+    return passOn("readdir", ofDescriptor(::dirfd(folder)), {}, [&](bool) { return real(folder); });
+}
+
+struct dirent64 *readdir64(DIR *folder)
+{
+    static auto *const real = libraryFunction<decltype(readdir64)>("readdir64");
+    return passOn("readdir", ofDescriptor(::dirfd(folder)), {}, [&](bool) { return real(folder); });
+}
+
+int closedir(DIR *folder)
+{
+    static auto *const real = libraryFunction<decltype(closedir)>("closedir");
+    const Subject subject = ofDescriptor(::dirfd(folder));
+    closed(::dirfd(folder));
+    const int result = real(folder);
+    return passOn("closedir", subject, {}, [&](bool) { return result; });
+}
+
+} // extern "C"

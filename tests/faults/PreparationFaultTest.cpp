@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+#include "faults/SystemCalls.h"
+#include "ingest/PreparationSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+namespace quillmark::test {
+namespace {
+
+/// What a preparation that would overwrite its own source is kept from by a check, when the
+/// check itself cannot look: better no run than one without a backup.
+class CheckThatFails : public ::testing::Test
+{
+protected:
+    FileError failureWith(const Paths &files, const Fault &fault) const
+    {
+        const WatchedCalls watched({{m_roll.path(), "roll"}}, {fault});
+        const FileError error = failureOf(files, m_roll.path(), BackupMode::backupOriginals);
+        EXPECT_TRUE(watched.faultsMet());
+        return error;
+    }
+
+    TempDir m_roll;
+};
+
+TEST_F(CheckThatFails, stopsACopyOntoItself)
+{
+    const fs::path backup = m_roll.write("_originals/a.jpg", "true backup");
+    for (const char *function : {"lstat", "stat"}) {
+        const FileError error = failureWith({backup}, {function, "roll/_originals/a.jpg", 1, EIO});
+        EXPECT_EQ(error.code(), std::errc::io_error) << function;
+        EXPECT_EQ(error.path1(), backup);
+        EXPECT_EQ(contents(m_roll.path()),
+                  (std::vector<std::string>{"_originals", "_originals/a.jpg"}));
+    }
+}
+
+TEST_F(CheckThatFails, stopsACopyOfAFolderIntoItself)
+{
+    fs::create_directory_symlink(".", m_roll / "loop.jpg");
+    // The first look compares it with the destinations.
+    for (const Fault &fault :
+         {Fault{"stat", "roll/loop.jpg", 2, EIO}, Fault{"realpath", "roll/_originals", 1, EIO},
+          Fault{"stat", "roll/loop.jpg", 3, EACCES}}) {
+        const FileError error = failureWith({m_roll / "loop.jpg"}, fault);
+        EXPECT_EQ(error.code().value(), fault.error) << fault.function << fault.occurrence;
+        EXPECT_TRUE(fs::is_empty(m_roll / "_originals"));
+    }
+}
+
+TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
+{
+    const TempDir roll;
+    roll.write("album.jpg/1.jpg", "new");
+    roll.write("_originals/album.jpg/1.jpg", "true backup");
+    const std::string workplace = "roll/_originals/.quillmark-*";
+    const std::string copy = workplace + "/copy -> roll/_originals/album.jpg";
+    const std::string aside = "roll/_originals/album.jpg -> " + workplace + "/replaced";
+    // The file system cannot have the two change places, and then a rename fails too.
+    for (const std::string &names : {aside, copy}) {
+        const WatchedCalls watched({{roll.path(), "roll"}},
+                                   {{"renameat2", copy, 1, EINVAL}, {"rename", names, 1, EIO}});
+        failureOf({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+        EXPECT_TRUE(watched.faultsMet());
+        EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "true backup");
+        EXPECT_EQ(contents(roll / "_originals").size(), 2U);
+    }
+    const WatchedCalls watched({{roll.path(), "roll"}}, {{"renameat2", copy, 1, EINVAL}});
+    Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "new");
+    EXPECT_EQ(contents(roll / "_originals").size(), 2U);
+}
+
+TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
+{
+    const TempDir roll;
+    const Paths files{roll.write("a.jpg", "A")};
+    const WatchedCalls watched({{roll.path(), "roll"}},
+                               {{"fstat", "roll/_originals/.quillmark-*", 1, EIO}});
+    Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
+}
+
+} // namespace
+} // namespace quillmark::test
