@@ -53,7 +53,8 @@ void obeyPermissions()
 
 void takeOwnMounts()
 {
-    ownMounts = (::geteuid() == 0 || enterUserNamespace()) && ::unshare(CLONE_NEWNS) == 0 &&
+    const auto unshareMounts = [] { return ::unshare(CLONE_NEWNS) == 0; };
+    ownMounts = (unshareMounts() || (enterUserNamespace() && unshareMounts())) &&
                 ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
