@@ -14,10 +14,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string argumentBytes(QString text)
+constexpr QChar nul(u'\0');
+
+/// An argument ends at U+0000: exiftool would be given the beginning of the text and take it for
+/// the whole. The private namespace has each text of a payload under the name of its field.
+void refuseNul(const QStringList &tagArguments)
 {
-    text.remove(QChar(u'\0'));
-    return text.toUtf8().toStdString();
+    const QString prefix = QStringLiteral("-XMP-quillmark:");
+    QStringList fields;
+    for (const QString &argument : tagArguments) {
+        if (argument.contains(nul) && argument.startsWith(prefix)) {
+            fields << argument.sliced(prefix.size()).section(u'=', 0, 0);
+        }
+    }
+    if (!fields.isEmpty()) {
+        throw ExiftoolError::failed(
+            QStringLiteral("No file was tagged, because exiftool cannot be given a text that "
+                           "holds the character U+0000: ") +
+                fields.join(QStringLiteral(", ")),
+            -1);
+    }
 }
 
 /// A stream's text; empty where it is not UTF-8.
@@ -86,7 +102,7 @@ std::vector<std::string> embedArguments(const std::filesystem::path &configurati
     arguments.reserve(arguments.size() + static_cast<std::size_t>(tagArguments.size()) +
                       files.size());
     for (const QString &argument : tagArguments) {
-        arguments.push_back(argumentBytes(argument));
+        arguments.push_back(argument.toStdString());
     }
     for (const std::filesystem::path &file : files) {
         arguments.push_back(std::filesystem::absolute(file).native());
@@ -103,12 +119,13 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
     if (!setup.configuration) {
         throw ExiftoolError::failed(QStringLiteral("Bundled quillmark.config missing"), -1);
     }
+    const QStringList tagArguments = Exiftool::tagArguments(payload, generatorVersion);
+    refuseNul(tagArguments);
     WritingMark mark(commonFolder(absolute(files)));
     removeLeftovers(files, mark);
     const ChildResult result =
         runChildKeeping(mark.descriptor(), *setup.program,
-                        embedArguments(*setup.configuration,
-                                       Exiftool::tagArguments(payload, generatorVersion), files));
+                        embedArguments(*setup.configuration, tagArguments, files));
     if (result.status != 0) {
         removeLeftovers(files, mark);
         throw ExiftoolError::failed(streamText(result.errors), result.status);

@@ -24,15 +24,14 @@ struct ExiftoolSetup {
 /// Everything that exiftool is called with, as the bytes that it receives: the fixed
 /// options, the tag assignments and the files.
 ///
-/// Texts become UTF-8 without NUL, which an argument cannot hold, and which neither EXIF
-/// text nor XML could; the JSON among the assignments has it escaped, so nothing is lost.
-/// Files are absolute: one named "-x" or "@x" is never taken for an option.
+/// Texts become UTF-8. Files are absolute: one named "-x" or "@x" is never taken for an option.
 std::vector<std::string> embedArguments(const std::filesystem::path &configuration,
                                         const QStringList &tagArguments,
                                         const std::vector<std::filesystem::path> &files);
 
 /// Writes the payload into all the files with one exiftool, blocking until it has ended.
-/// Throws ExiftoolError, or std::system_error where it cannot be started. Any thread.
+/// Throws ExiftoolError, also before anything runs where a text of the payload holds U+0000, or
+/// std::system_error where exiftool cannot be started. Any thread.
 void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::path> &files,
               const SlatePayload &payload, const QString &generatorVersion);
 

@@ -42,11 +42,18 @@ QString pushPullKeyword(qint64 stops)
     return (stops > 0 ? "Push +"_L1 : "Pull "_L1) + QString::number(stops);
 }
 
-/// The payload as JSON, or nothing where that is not text.
+/// The payload as JSON, or nothing where that is not text. It goes into XMP, and XML has no
+/// U+FFFE and U+FFFF (XML 1.0, section 2.2), which exiftool would replace: they are escaped, as
+/// the control characters are, so that the payload can be read back as it was.
 std::optional<QString> encodeRawPayload(const SlatePayload &payload)
 {
     const QByteArray json = slatePayloadToJson(payload);
-    return json.isValidUtf8() ? std::optional(QString::fromUtf8(json)) : std::nullopt;
+    if (!json.isValidUtf8()) {
+        return std::nullopt;
+    }
+    return QString::fromUtf8(json)
+        .replace(QChar(u'\uFFFE'), u"\\ufffe"_s)
+        .replace(QChar(u'\uFFFF'), u"\\uffff"_s);
 }
 
 std::vector<Assignment> standardTags(const SlatePayload &payload)

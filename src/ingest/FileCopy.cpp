@@ -189,19 +189,32 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
     copying.check(syncDirectoryHandle(to.get()));
 }
 
+bool canBeCopied(const struct stat &status)
+{
+    return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+}
+
 void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying)
 {
-    // Without O_NONBLOCK a pipe that somebody named x.jpg would hold the run for ever.
+    // The kind is asked for before opening, because opening alone already does something to a
+    // device or to the writer at the other end of a pipe, and once more afterwards, because the
+    // name may stand for something else by then: without O_NONBLOCK, a pipe would hold the run
+    // for ever.
+    struct stat status {};
+    copying.check(::stat(source.c_str(), &status) == 0);
+    if (!canBeCopied(status)) {
+        copying.fail(std::make_error_code(std::errc::not_supported));
+    }
     const UniqueFd from = openExisting(source, O_NONBLOCK | O_NOCTTY);
     copying.check(static_cast<bool>(from));
-    struct stat status {};
     copying.check(::fstat(from.get(), &status) == 0);
-    if (S_ISREG(status.st_mode)) {
-        copyFile(from.get(), status, target, copying);
-    } else if (S_ISDIR(status.st_mode)) {
+    if (!canBeCopied(status)) {
+        copying.fail(std::make_error_code(std::errc::not_supported));
+    }
+    if (S_ISDIR(status.st_mode)) {
         copyDirectory(source, status, target, copying);
     } else {
-        copying.fail(std::make_error_code(std::errc::not_supported));
+        copyFile(from.get(), status, target, copying);
     }
 }
 

@@ -56,6 +56,13 @@ bool isMadeOfJsonTokens(const QByteArray &utf8, const QString &text)
     return tokens.match(text).hasMatch();
 }
 
+/// For text that is made of JSON's tokens, where U+FEFF stands inside of strings only: the parser
+/// takes one at the beginning of a string for a byte order mark, and leaves it out.
+QByteArray withByteOrderMarksEscaped(QByteArray utf8)
+{
+    return utf8.replace("\xEF\xBB\xBF", "\\ufeff");
+}
+
 /// Reads the fields of one JSON object; throws for the first that is not as it must be.
 class FieldReader
 {
@@ -164,8 +171,11 @@ SlateDecodeError SlateDecodeError::notJSON()
 SlatePayload slatePayloadFromJson(const QByteArray &utf8)
 {
     const QString text = QString::fromUtf8(utf8);
-    const QJsonDocument document = QJsonDocument::fromJson(utf8);
-    if (!document.isObject() || !isMadeOfJsonTokens(utf8, text)) {
+    if (!isMadeOfJsonTokens(utf8, text)) {
+        throw SlateDecodeError::missingFields(text);
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(withByteOrderMarksEscaped(utf8));
+    if (!document.isObject()) {
         throw SlateDecodeError::missingFields(text);
     }
     SlatePayload payload;

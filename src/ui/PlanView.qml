@@ -42,6 +42,7 @@ ColumnLayout {
             Layout.fillWidth: true
             text: root.slateName
             elide: Text.ElideMiddle
+            maximumLineCount: 1
         }
     }
 

@@ -8,12 +8,14 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 #include <QVariantMap>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -45,6 +47,48 @@ protected:
     void setState(IngestViewModel::State state)
     {
         m_session->viewModel().setState(std::move(state));
+    }
+
+    /// Every item that is shown.
+    QList<QQuickItem *> shownItems() const
+    {
+        QList<QQuickItem *> items{m_window->contentItem()};
+        for (qsizetype i = 0; i < items.size(); ++i) {
+            for (QQuickItem *child : items.at(i)->childItems()) {
+                if (child->isVisible()) {
+                    items.append(child);
+                }
+            }
+        }
+        return items;
+    }
+    bool shows(const QString &text) const
+    {
+        const auto items = shownItems();
+        return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
+            return item->property("text").toString() == text;
+        });
+    }
+
+    /// Nothing that is seen reaches beyond the window, or beyond what clips it.
+    void expectAllInside()
+    {
+        QTest::qWait(0); // layouts settle with the event loop
+        for (const QQuickItem *item : shownItems()) {
+            QRectF room(0, 0, m_window->width(), m_window->height());
+            bool scrolled = false;
+            for (const auto *above = item->parentItem(); above; above = above->parentItem()) {
+                scrolled = scrolled || above->clip();
+            }
+            const bool drawn = item->flags().testFlag(QQuickItem::ItemHasContents);
+            if (drawn && !scrolled && item->width() > 0 && !item->boundingRect().isEmpty()) {
+                const QRectF rect = item->mapRectToScene(item->boundingRect());
+                EXPECT_TRUE(room.contains(rect))
+                    << item->metaObject()->className() << " "
+                    << item->property("text").toString().left(40).toStdString() << " at "
+                    << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
+            }
+        }
     }
 
     QQmlEngine m_engine;

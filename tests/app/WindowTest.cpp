@@ -36,27 +36,6 @@ protected:
         });
     }
 
-    /// Every item that is shown.
-    QList<QQuickItem *> shownItems() const
-    {
-        QList<QQuickItem *> items{m_window->contentItem()};
-        for (qsizetype i = 0; i < items.size(); ++i) {
-            for (QQuickItem *child : items.at(i)->childItems()) {
-                if (child->isVisible()) {
-                    items.append(child);
-                }
-            }
-        }
-        return items;
-    }
-    bool shows(const QString &text) const
-    {
-        const auto items = shownItems();
-        return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
-            return item->property("text").toString() == text;
-        });
-    }
-
     /// Whether a drag of these locations to the middle of the window is taken.
     bool drag(const QList<QUrl> &urls)
     {
@@ -271,27 +250,6 @@ protected:
             .detection = {.file = folder / std::string(200, 'x'), .payload = payload, .raw = {}},
             .rollFiles = std::vector<std::filesystem::path>(123456),
             .backupMode = BackupMode::backupOriginals};
-    }
-
-    /// Nothing that is seen reaches beyond the window, or beyond what clips it.
-    void expectAllInside()
-    {
-        QTest::qWait(0); // layouts settle with the event loop
-        for (const QQuickItem *item : shownItems()) {
-            QRectF room(0, 0, m_window->width(), m_window->height());
-            bool scrolled = false;
-            for (const auto *above = item->parentItem(); above; above = above->parentItem()) {
-                scrolled = scrolled || above->clip();
-            }
-            const bool drawn = item->flags().testFlag(QQuickItem::ItemHasContents);
-            if (drawn && !scrolled && item->width() > 0) {
-                const QRectF rect = item->mapRectToScene(item->boundingRect());
-                EXPECT_TRUE(room.contains(rect))
-                    << item->metaObject()->className() << " "
-                    << item->property("text").toString().left(40).toStdString() << " at "
-                    << rect.x() << "," << rect.y() << " " << rect.width() << "x" << rect.height();
-            }
-        }
     }
 
     std::filesystem::path folder = "/rolls/" + std::string(200, 'W');

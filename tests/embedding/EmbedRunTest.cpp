@@ -137,6 +137,25 @@ TEST_F(EmbedRun, missingConfigurationFailsBeforeAnythingRuns)
     EXPECT_FALSE(fs::exists(m_folder / "recorder.started"));
 }
 
+TEST_F(EmbedRun, textsThatNoArgumentCanHoldAreNamedBeforeAnythingRuns)
+{
+    m_setup.program = writeProgram(m_folder, "recorder", "#!/bin/sh\n: >\"$0.started\"\n");
+    SlatePayload payload = fullPayload();
+    payload.cameraMake = QChar(u'\0');
+    payload.notes = u"begins"_s + QChar(u'\0') + u"ends = here"_s;
+    try {
+        run({"/roll/1.jpg"}, payload);
+        FAIL() << "the run was a success";
+    } catch (const ExiftoolError &error) {
+        EXPECT_EQ(error.which(), ExiftoolError::Case::failed);
+        EXPECT_EQ(error.code(), -1);
+        EXPECT_EQ(error.description(),
+                  u"exiftool exited with code -1\n\nNo file was tagged, because exiftool cannot "
+                  "be given a text that holds the character U+0000: CameraMake, Notes"_s);
+    }
+    EXPECT_FALSE(fs::exists(m_folder / "recorder.started"));
+}
+
 TEST_F(EmbedRun, launchErrorPassesThrough)
 {
     m_setup.program = m_folder / "gone";
@@ -151,12 +170,6 @@ TEST(EmbedArguments, relativeFilesBecomeAbsolute)
     EXPECT_THAT(std::vector(arguments.end() - 3, arguments.end()),
                 ElementsAre((here / "-delete_original!").native(), (here / "@list").native(),
                             "/kept/as it/../is"));
-}
-
-TEST(EmbedArguments, nulIsLeftOut)
-{
-    const QString text = u"-XMP-dc:Description=a"_s + QChar(0) + u"b"_s;
-    EXPECT_EQ(embedArguments("/c", {text}, {"/f"}).at(6), "-XMP-dc:Description=ab");
 }
 
 } // namespace

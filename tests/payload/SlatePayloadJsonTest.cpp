@@ -181,6 +181,17 @@ TEST(SlatePayloadJson, writtenPayloadReadsBackEqual)
     }
 }
 
+TEST(SlatePayloadJson, textsMayBeginWithWhatLooksLikeAByteOrderMark)
+{
+    SlatePayload payload = minimalPayload();
+    payload.cameraMake = QStringLiteral("\uFEFF\uFEFFa\uFEFF");
+    payload.notes = QChar(0xFEFF);
+    EXPECT_EQ(slatePayloadFromJson(slatePayloadToJson(payload)), payload);
+    EXPECT_EQ(decodeSlatePayload(QString::fromUtf8(slatePayloadToJson(payload))), payload);
+    const QByteArray otherKey = QByteArray(minimalJson).replace("\"iso\"", "\"\xEF\xBB\xBFiso\"");
+    EXPECT_THROW(slatePayloadFromJson(otherKey), SlateDecodeError);
+}
+
 TEST(SlatePayloadJson, isCompactWithSortedKeysAndEscapedSlashes)
 {
     SlatePayload payload = minimalPayload();

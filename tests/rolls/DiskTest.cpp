@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+// File systems that are full, or that nobody can write to.
+
+#include "rolls/Disk.h"
+#include "rolls/OddRoll.h"
+#include "rolls/Privileges.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace quillmark::test {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+
+/// A roll on a disk of its own: "card/00.jpg" and so on from the roll's folder.
+class OddDisk : public OddRoll
+{
+protected:
+    void SetUp() override
+    {
+        OddRoll::SetUp();
+        if (!canMount()) {
+            GTEST_SKIP() << "this system does not let tests mount file systems";
+        }
+        disk.emplace(std::size_t{8} << 20U);
+        for (const fs::path &file : {slate(), frame("01.jpg"), frame("02.jpg")}) {
+            contents[file.filename()] = readFile(file);
+            fs::copy_file(file, disk->path() / file.filename());
+        }
+    }
+
+    void expectDiskUntouched() const
+    {
+        for (const auto &[name, content] : contents) {
+            EXPECT_EQ(readFile(disk->path() / name), content) << name;
+        }
+        expectNoLeftovers(disk->path());
+    }
+
+    std::optional<Disk> disk;
+    std::map<fs::path, std::string> contents;
+};
+
+TEST_F(OddDisk, thatIsReadOnlyIsAnErrorThatNamesWhatFailed)
+{
+    disk->makeReadOnly();
+    EXPECT_THAT(
+        ingest(BackupMode::backupOriginals, disk->path()),
+        AllOf(HasSubstr("Could not make the folder “" + (disk->path() / "_originals").native()),
+              HasSubstr("Read-only file system")));
+    EXPECT_THAT(
+        ingest(BackupMode::writeCopies, disk->path()),
+        AllOf(HasSubstr("Could not make the folder “" + (disk->path() / "_tagged").native()),
+              HasSubstr("Read-only file system")));
+    EXPECT_THAT(ingest(BackupMode::none, disk->path()),
+                AllOf(HasSubstr("exiftool exited with code 1\n\n"), HasSubstr("00.jpg"),
+                      HasSubstr("01.jpg"), HasSubstr("02.jpg")));
+    expectDiskUntouched();
+}
+
+TEST_F(OddDisk, withoutRoomForCopiesIsAnErrorAndTheNextRunWorks)
+{
+    const fs::path ballast = disk->path() / "ballast";
+    for (const BackupMode mode : {BackupMode::backupOriginals, BackupMode::writeCopies}) {
+        disk->fill("ballast", 8192);
+        EXPECT_THAT(ingest(mode, disk->path()),
+                    AllOf(HasSubstr("Could not copy “" + (disk->path() / "00.jpg").native() + "”"),
+                          HasSubstr("No space left on device")));
+        expectDiskUntouched();
+        fs::remove(ballast);
+    }
+    EXPECT_EQ(ingest(BackupMode::backupOriginals, disk->path()), "");
+    for (const auto &[name, content] : contents) {
+        EXPECT_TRUE(isTagged(disk->path() / name)) << name;
+        EXPECT_EQ(readFile(disk->path() / "_originals" / name), content) << name;
+    }
+    expectNoLeftovers(disk->path());
+}
+
+TEST_F(OddDisk, withoutRoomForTaggingIsAnErrorAndCostsNothing)
+{
+    disk->fill("ballast", 4096);
+    EXPECT_THAT(ingest(BackupMode::none, disk->path()),
+                AllOf(HasSubstr("exiftool exited with code 1\n\n"), HasSubstr("00.jpg")));
+    for (const auto &[name, content] : contents) {
+        const fs::path file = disk->path() / name;
+        EXPECT_TRUE(
+            readFile(file) == content ||
+            (isTagged(file) && picturePart(file) == content.substr(content.find("\xFF\xDA"))))
+            << name;
+    }
+    expectNoLeftovers(disk->path());
+
+    fs::remove(disk->path() / "ballast");
+    EXPECT_EQ(ingest(BackupMode::none, disk->path()), "");
+}
+
+TEST_F(OddDisk, ofTheBackupsAloneMayBeFull)
+{
+    fs::create_directory_symlink(disk->path(), roll / "_originals");
+    for (const auto &[name, content] : contents) {
+        fs::remove(disk->path() / name);
+    }
+    disk->fill("ballast", 8192);
+    EXPECT_THAT(ingest(BackupMode::backupOriginals),
+                AllOf(HasSubstr("Could not copy “" + (roll / "00.jpg").native() + "”"),
+                      HasSubstr("No space left on device")));
+    expectUntouched();
+    expectNoLeftovers(disk->path());
+
+    // A backup may well be on another disk.
+    fs::remove(disk->path() / "ballast");
+    EXPECT_EQ(ingest(BackupMode::backupOriginals), "");
+    expectNothingLost(BackupMode::backupOriginals);
+}
+
+} // namespace
+} // namespace quillmark::test
