@@ -96,6 +96,7 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
 {
     switch (photometric) {
     case PHOTOMETRIC_MINISBLACK:
+    case PHOTOMETRIC_LOGL:
         return SampleKind::grey;
     case PHOTOMETRIC_YCBCR:
         return SampleKind::yCbCr;
@@ -109,8 +110,6 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
     case PHOTOMETRIC_ICCLAB:
     case PHOTOMETRIC_ITULAB:
         return SampleKind::lab;
-    case PHOTOMETRIC_LOGL:
-    case PHOTOMETRIC_LOGLUV:
     case PHOTOMETRIC_MASK:
         return std::nullopt;
     default: // RGB, and sensor data, which come close to it
@@ -174,7 +173,8 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannel
         channels > 1 &&
         tiff.tag<std::uint16_t>(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
     std::optional<SampleKind> kind = kindOf(photometric, channels);
-    if (!kind) {
+    const bool isLight = photometric == PHOTOMETRIC_LOGL || photometric == PHOTOMETRIC_LOGLUV;
+    if (!kind || isLight != shape.logAsBytes) {
         return false;
     }
     if (photometric == PHOTOMETRIC_YCBCR && !separate) {
@@ -207,8 +207,10 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannel
     return layout.kind != SampleKind::palette || readPalette(tiff, shape.bits, layout);
 }
 
-bool readSamples(const TiffHandle &tiff, TiffShape &shape)
+bool readSamples(const TiffHandle &tiff, std::uint16_t compression, TiffShape &shape)
 {
+    shape.logAsBytes = compression == COMPRESSION_SGILOG || compression == COMPRESSION_SGILOG24;
+    prepare(tiff, shape);
     shape.bits = tiff.tag<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
     const auto stored = tiff.tag<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     if (stored == SAMPLEFORMAT_COMPLEXINT || stored == SAMPLEFORMAT_COMPLEXIEEEFP) {
@@ -286,7 +288,7 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     if (TIFFIsCODECConfigured(compression) == 0 || compression == COMPRESSION_JBIG) {
         return std::nullopt;
     }
-    if (!readSamples(tiff, shape) || !readColours(tiff, compression, wanted, shape) ||
+    if (!readSamples(tiff, compression, shape) || !readColours(tiff, compression, wanted, shape) ||
         !isConvertible(shape.layout) || !hasUsualUnits(shape)) {
         return std::nullopt;
     }
@@ -318,6 +320,9 @@ void prepare(const TiffHandle &tiff, const TiffShape &shape)
 {
     if (shape.jpegAsRgb) {
         TIFFSetField(tiff.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    }
+    if (shape.logAsBytes) {
+        TIFFSetField(tiff.get(), TIFFTAG_SGILOGDATAFMT, SGILOGDATAFMT_8BIT);
     }
 }
 

@@ -222,9 +222,9 @@ std::vector<ZooRow> rareRows()
         narrowRow("nextStep", "grey of 2 bits in NeXT's coding", 2, COMPRESSION_NEXT, nextStep),
         narrowRow("thunderScan", "grey of 4 bits in ThunderScan's coding", 4,
                   COMPRESSION_THUNDERSCAN, thunderScan),
-        refused(logRow("logL", "LogL", COMPRESSION_SGILOG, true)),
-        refused(logRow("logLuv", "LogLuv of 32 bits", COMPRESSION_SGILOG, false)),
-        refused(logRow("logLuv24", "LogLuv of 24 bits", COMPRESSION_SGILOG24, false)),
+        logRow("logL", "LogL", COMPRESSION_SGILOG, true),
+        logRow("logLuv", "LogLuv of 32 bits", COMPRESSION_SGILOG, false),
+        logRow("logLuv24", "LogLuv of 24 bits", COMPRESSION_SGILOG24, false),
     };
 }
 
