@@ -26,6 +26,7 @@ enum class TiffCoding {
     lzw,
     deflate,
     linked, ///< one strip cannot be decoded without those before it
+    whole,  ///< libtiff unpacks all of a strip or tile before it gives the first row
     other,
 };
 
