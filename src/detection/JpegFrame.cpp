@@ -21,9 +21,15 @@ constexpr std::size_t app1Bytes = 65533;
 constexpr std::uint64_t pixelsPerByte = 1024;
 
 /// What the coefficients of a file of several scans may take, which are all kept until the
-/// last scan: some on trust, and the rest in keeping with the size of the file.
-constexpr std::uint64_t coefficientBytesOnTrust = 256U << 20U;
-constexpr std::uint64_t coefficientBytesPerByte = 2048;
+/// last scan: some on trust, and the rest in keeping with the size of the file, which for a
+/// picture without any detail may be 300 times smaller.
+constexpr std::uint64_t coefficientBytesOnTrust = 40U << 20U;
+constexpr std::uint64_t coefficientBytesPerByte = 512;
+
+/// How much of a file is read, segments that can be passed over aside: before the size of the
+/// picture is known, and then for its pixels, of which none takes as much in any process.
+constexpr std::uint64_t headBytes = 128U << 20U;
+constexpr std::uint64_t bytesPerPixel = 32;
 
 /// The rows handed to libjpeg at once: it fills as many as it has ready.
 constexpr int rowsAtOnce = 16;
@@ -60,6 +66,7 @@ bool JpegFrame::guarded(Step step)
 
 bool JpegFrame::readHeader()
 {
+    m_source.allow(headBytes);
     const bool read = guarded([this] {
         jpeg_create_decompress(&m_info);
         m_info.client_data = this;
@@ -67,7 +74,11 @@ bool JpegFrame::readHeader()
         jpeg_set_marker_processor(&m_info, JPEG_APP0 + 1, readApp1);
         jpeg_read_header(&m_info, TRUE);
     });
-    return read && hasPlausibleSize() && m_source.pictureDataFollow();
+    if (!read || !hasPlausibleSize()) {
+        return false;
+    }
+    m_source.allow(std::uint64_t{m_info.image_width} * m_info.image_height * bytesPerPixel);
+    return m_source.pictureDataFollow();
 }
 
 /// Keeps the first EXIF block and skips everything else that APP1 segments carry. (Were

@@ -3,6 +3,8 @@
 
 #include "detection/JpegSource.h"
 
+#include <algorithm>
+
 namespace quillmark {
 namespace {
 
@@ -32,8 +34,11 @@ JpegSource::JpegSource(const FrameFile &file)
 
 void JpegSource::fill()
 {
-    std::size_t count = m_file.readAt(m_offset, m_buffer.data(), m_buffer.size());
+    const auto wanted =
+        static_cast<std::size_t>(std::min<std::uint64_t>(m_buffer.size(), m_allowed));
+    std::size_t count = m_file.readAt(m_offset, m_buffer.data(), wanted);
     m_offset += count;
+    m_allowed -= count;
     m_ended = count == 0;
     if (m_ended) {
         m_buffer[0] = 0xFF;

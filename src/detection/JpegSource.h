@@ -23,6 +23,10 @@ public:
     JpegSource(const JpegSource &) = delete;
     JpegSource &operator=(const JpegSource &) = delete;
 
+    /// Has the file end where so many more bytes have been read, however many it has. At first
+    /// none are allowed. (Between segments libjpeg passes over anything, without end.)
+    void allow(std::uint64_t bytes) { m_allowed += bytes; }
+
     /// Takes the next byte.
     int nextByte();
 
@@ -36,6 +40,7 @@ private:
 
     const FrameFile &m_file;
     std::uint64_t m_offset = 0; ///< of the byte behind the buffer
+    std::uint64_t m_allowed = 0;
     bool m_ended = false;
     std::vector<JOCTET> m_buffer;
 };

@@ -22,8 +22,14 @@ int readerLimitOf(const TiffHandle &tiff, const TiffShape &shape)
     if (shape.coding == TiffCoding::linked) {
         return 1;
     }
+    // Each handle holds where all strips or tiles are and how long.
+    constexpr std::uint64_t bytesOfPlace = 16;
+    const std::uint32_t blocks =
+        shape.tiled ? TIFFNumberOfTiles(tiff.get()) : TIFFNumberOfStrips(tiff.get());
+    const std::uint64_t unpacked = shape.coding == TiffCoding::whole ? shape.blockBytes : 0;
     const std::uint64_t bytes =
-        TiffPlane::workingBytes(tiff, shape) * static_cast<std::uint64_t>(shape.planes);
+        (TiffPlane::workingBytes(tiff, shape) + unpacked + bytesOfPlace * blocks) *
+        static_cast<std::uint64_t>(shape.planes);
     return static_cast<int>(
         std::clamp<std::uint64_t>(readersBytes / std::max<std::uint64_t>(bytes, 1), 1, 64));
 }

@@ -7,6 +7,8 @@
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
+#include <optional>
+#include <utility>
 
 namespace quillmark {
 namespace {
@@ -24,8 +26,17 @@ using OpenOptions = std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions *)
 
 } // namespace
 
-TiffHandle::TiffHandle(const FrameFile &file) : m_cursor(new Cursor{file})
+TiffHandle::TiffHandle(const FrameFile &file)
 {
+    if (std::optional<TiffDirectory> directory = TiffDirectory::read(file)) {
+        m_cursor.reset(new Cursor{file, *std::move(directory)});
+        open();
+    }
+}
+
+void TiffHandle::open()
+{
+    const FrameFile &file = m_cursor->file;
     const OpenOptions options(TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
     if (!options) {
         return;
@@ -54,6 +65,7 @@ tmsize_t TiffHandle::read(thandle_t cursor, void *out, tmsize_t count)
     auto *place = static_cast<Cursor *>(cursor);
     const std::size_t got =
         count > 0 ? place->file.readAt(place->offset, out, static_cast<std::size_t>(count)) : 0;
+    place->directory.cover(place->offset, {static_cast<std::uint8_t *>(out), got});
     place->offset += got;
     return static_cast<tmsize_t>(got);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "detection/FrameFile.h"
+#include "detection/TiffDirectory.h"
 
 #include <tiffio.h>
 
@@ -40,12 +41,14 @@ public:
 private:
     struct Cursor {
         const FrameFile &file;
+        TiffDirectory directory; ///< that libtiff is shown
         std::uint64_t offset = 0;
     };
     struct Closer {
         void operator()(TIFF *tiff) const { TIFFClose(tiff); }
     };
 
+    void open();
     static tmsize_t read(thandle_t cursor, void *out, tmsize_t count);
     static toff_t seek(thandle_t cursor, toff_t offset, int whence);
     void clipToFile(const FrameFile &file);

@@ -10,15 +10,19 @@
 namespace quillmark {
 namespace {
 
-/// What a byte can expand to: a code of LZW, the one that packs best, has 12 bits and
-/// stands for less than 4096 bytes.
-constexpr std::uint64_t bytesPerByte = 2731;
+/// What a byte is believed to expand to. Codings pack zeros a thousand times smaller and more,
+/// but scans of film hardly ten times, and those of paper in black and white less than a hundred.
+constexpr std::uint64_t bytesPerByte = 64;
+
+/// The same without compression, which leaves room for a file that was cut short.
+constexpr std::uint64_t storedBytesPerByte = 4;
 
 /// Bounds of what is held at once besides the image: a row, and a tile (which cannot be
-/// decoded in part) where it does not fit the image.
+/// decoded in part) where it does not fit the image, or a strip that libtiff unpacks as a whole.
 constexpr std::uint64_t maximumRowBytes = 64U << 20U;
 constexpr std::uint64_t tileBytesOnTrust = 64U << 20U;
 constexpr std::uint64_t tileBytesPerPixel = 8;
+constexpr std::uint64_t wholeStripBytes = 32U << 20U;
 
 /// More channels than any scanner has.
 constexpr int maximumChannels = 64;
@@ -87,6 +91,10 @@ TiffCoding codingOf(std::uint16_t compression)
         return TiffCoding::deflate;
     case COMPRESSION_OJPEG:
         return TiffCoding::linked;
+    case COMPRESSION_WEBP:
+    case COMPRESSION_LERC:
+    case COMPRESSION_PIXARLOG:
+        return TiffCoding::whole;
     default:
         return TiffCoding::other;
     }
@@ -96,6 +104,7 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
 {
     switch (photometric) {
     case PHOTOMETRIC_MINISBLACK:
+    case PHOTOMETRIC_LOGL:
         return SampleKind::grey;
     case PHOTOMETRIC_YCBCR:
         return SampleKind::yCbCr;
@@ -109,8 +118,6 @@ std::optional<SampleKind> kindOf(std::uint16_t photometric, int channels)
     case PHOTOMETRIC_ICCLAB:
     case PHOTOMETRIC_ITULAB:
         return SampleKind::lab;
-    case PHOTOMETRIC_LOGL:
-    case PHOTOMETRIC_LOGLUV:
     case PHOTOMETRIC_MASK:
         return std::nullopt;
     default: // RGB, and sensor data, which come close to it
@@ -174,7 +181,8 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannel
         channels > 1 &&
         tiff.tag<std::uint16_t>(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
     std::optional<SampleKind> kind = kindOf(photometric, channels);
-    if (!kind) {
+    const bool isLight = photometric == PHOTOMETRIC_LOGL || photometric == PHOTOMETRIC_LOGLUV;
+    if (!kind || isLight != shape.logAsBytes) {
         return false;
     }
     if (photometric == PHOTOMETRIC_YCBCR && !separate) {
@@ -207,8 +215,10 @@ bool readColours(const TiffHandle &tiff, std::uint16_t compression, FrameChannel
     return layout.kind != SampleKind::palette || readPalette(tiff, shape.bits, layout);
 }
 
-bool readSamples(const TiffHandle &tiff, TiffShape &shape)
+bool readSamples(const TiffHandle &tiff, std::uint16_t compression, TiffShape &shape)
 {
+    shape.logAsBytes = compression == COMPRESSION_SGILOG || compression == COMPRESSION_SGILOG24;
+    prepare(tiff, shape);
     shape.bits = tiff.tag<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
     const auto stored = tiff.tag<std::uint16_t>(TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     if (stored == SAMPLEFORMAT_COMPLEXINT || stored == SAMPLEFORMAT_COMPLEXIEEEFP) {
@@ -286,7 +296,7 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     if (TIFFIsCODECConfigured(compression) == 0 || compression == COMPRESSION_JBIG) {
         return std::nullopt;
     }
-    if (!readSamples(tiff, shape) || !readColours(tiff, compression, wanted, shape) ||
+    if (!readSamples(tiff, compression, shape) || !readColours(tiff, compression, wanted, shape) ||
         !isConvertible(shape.layout) || !hasUsualUnits(shape)) {
         return std::nullopt;
     }
@@ -295,8 +305,10 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     const auto height = tiff.tag<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);
     const std::uint64_t pixelBits = static_cast<std::uint64_t>(shape.bits) *
                                     tiff.tag<std::uint16_t>(TIFFTAG_SAMPLESPERPIXEL, 1);
+    const std::uint64_t expansion =
+        compression == COMPRESSION_NONE ? storedBytesPerByte : bytesPerByte;
     if (!isPlausibleSize(std::uint64_t{width} * height, fileBytes,
-                         std::max<std::uint64_t>(bytesPerByte * 8 / pixelBits, 1))) {
+                         std::max<std::uint64_t>(expansion * 8 / pixelBits, 1))) {
         return std::nullopt;
     }
     shape.width = static_cast<int>(width);
@@ -308,7 +320,8 @@ std::optional<TiffShape> tiffShape(const TiffHandle &tiff, std::uint64_t fileByt
     shape.swapped = TIFFIsByteSwapped(tiff.get()) != 0;
     shape.reversed =
         tiff.tag<std::uint16_t>(TIFFTAG_FILLORDER, FILLORDER_MSB2LSB) == FILLORDER_LSB2MSB;
-    if (!readBlocks(tiff, shape)) {
+    if (!readBlocks(tiff, shape) ||
+        (shape.coding == TiffCoding::whole && shape.blockBytes > wholeStripBytes)) {
         return std::nullopt;
     }
     return shape;
@@ -318,6 +331,9 @@ void prepare(const TiffHandle &tiff, const TiffShape &shape)
 {
     if (shape.jpegAsRgb) {
         TIFFSetField(tiff.get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    }
+    if (shape.logAsBytes) {
+        TIFFSetField(tiff.get(), TIFFTAG_SGILOGDATAFMT, SGILOGDATAFMT_8BIT);
     }
 }
 

@@ -26,6 +26,7 @@ enum class TiffCoding {
     lzw,
     deflate,
     linked, ///< one strip cannot be decoded without those before it
+    whole,  ///< libtiff unpacks all of a strip or tile before it gives the first row
     other,
 };
 
@@ -56,10 +57,11 @@ struct TiffShape {
     int unitHeight = 1;
 
     TiffCoding coding = TiffCoding::other;
-    int predictor = 1;      ///< of lzw and deflate (TIFF 6.0, section 14)
-    bool jpegAsRgb = false; ///< libtiff is to give JPEG-compressed colours as RGB
-    bool swapped = false;   ///< the bytes of a sample, where not compressed
-    bool reversed = false;  ///< the bits of a byte, where not compressed
+    int predictor = 1;       ///< of lzw and deflate (TIFF 6.0, section 14)
+    bool jpegAsRgb = false;  ///< libtiff is to give JPEG-compressed colours as RGB
+    bool logAsBytes = false; ///< libtiff is to give logarithmic light as grey or RGB in bytes
+    bool swapped = false;    ///< the bytes of a sample, where not compressed
+    bool reversed = false;   ///< the bits of a byte, where not compressed
 
     bool hasUnits() const { return unitWidth * unitHeight > 1; }
     bool isCompressed() const { return coding != TiffCoding::stored; }

@@ -39,9 +39,16 @@ struct JpegOptions {
     int orientation = 1; ///< written as an EXIF block unless it is 1
     JpegColour colour = JpegColour::yCbCr;
     bool adobeMarker = true;   ///< for rgb, cmyk and ycck; with it, inks are stored inverted
-    int chromaSubsampling = 2; ///< 1 or 2, both ways
-    int restartRows = 0;       ///< rows of blocks between restart markers; 0 for none
-    std::string app1 = {};     ///< content of an APP1 segment to write in place of our own
+    int chromaSubsampling = 2; ///< 1 to 4, across and down
+    std::optional<int> chromaSubsamplingDown = {}; ///< 1 to 4, where it is another
+    int restartRows = 0;        ///< rows of blocks between restart markers; 0 for none
+    unsigned restartBlocks = 0; ///< the same in blocks of all components
+    std::string app1 = {};      ///< content of an APP1 segment to write in place of our own
+    bool arithmetic = false;    ///< arithmetic codes instead of Huffman's
+    bool optimised = false;     ///< Huffman codes made for the picture
+    bool separateScans = false; ///< one scan for each component, not progressive
+    bool deepTables = false;    ///< quantisation tables of 16 bits where the quality is low
+    std::string icc = {};       ///< content of ICC profile segments; not written where empty
 };
 
 /// Throws std::runtime_error where the file cannot be written.
@@ -52,7 +59,26 @@ void writeJpeg(const std::filesystem::path &file, const RasterImage &image,
 /// the TIFF field type of the entry: 3 a 16-bit number, 4 a 32-bit one, 2 text.
 std::string exifOrientationBlock(std::uint32_t value, std::uint16_t type = 3);
 
-enum class TiffCompression { none, lzw, deflate, packBits, jpeg, fax4 };
+/// The two-dimensional code of group 3 is fax3Lines.
+enum class TiffCompression {
+    none,
+    lzw,
+    deflate,
+    oldDeflate,
+    packBits,
+    jpeg,
+    faxRuns,
+    faxRunsInWords,
+    fax3,
+    fax3Lines,
+    fax4,
+    lzma,
+    zstd,
+    webp,
+    lerc,
+    jbig,
+    pixarLog
+};
 enum class TiffPredictor { none = 1, horizontal = 2, floatingPoint = 3 };
 
 /// What the samples of a TIFF file stand for. `automatic` is minIsBlack for one channel
@@ -71,7 +97,7 @@ enum class TiffPhotometric {
 };
 
 struct TiffOptions {
-    int bits = 8; ///< 1 to 15, 16 or 32 a sample
+    int bits = 8; ///< 1 to 16, 24, 32 or 64 a sample
     TiffCompression compression = TiffCompression::none;
     TiffPredictor predictor = TiffPredictor::none;
     TiffPhotometric photometric = TiffPhotometric::automatic;
@@ -81,16 +107,19 @@ struct TiffOptions {
     bool planarSeparate = false;
     bool bigTiff = false;
     bool bigEndian = false;
-    int extraChannels = 0;               ///< unspecified ones, filled with a picture of their own
+    int extraChannels = 0;               ///< filled with a picture of their own
+    std::uint16_t extraKind = 0;         ///< unspecified, premultiplied alpha (1) or alpha (2)
     std::optional<int> orientation = {}; ///< 1 to 8; not written where not given
-    bool floatingPoint = false;          ///< with bits 32: samples of floatBlack to floatWhite
+    bool floatingPoint = false; ///< with bits 16, 32 or 64: samples of floatBlack to floatWhite
+    bool signedNumbers = false; ///< from 0 on, of half the range; with bits 8, 16 or 32
     float floatBlack = 0;
     float floatWhite = 1;
     std::optional<float> floatStray = {}; ///< stands in the place of every 50th sample
     bool reversedBits = false;            ///< of each byte of the pixels, which FillOrder 2 says
     bool directoryFirst = false;          ///< before the pixels; of several pages, writes one
     bool colouredPalette = false;         ///< else it runs from white to black
-    int chromaSubsampling = 1;            ///< for yCbCr without compression: 1 or 2, both ways
+    int chromaSubsampling = 1;            ///< for yCbCr, unless in JPEG: 1, 2 or 4, across and down
+    std::optional<int> chromaSubsamplingDown = {}; ///< where it is another
 };
 
 /// Throws std::runtime_error where the file cannot be written.

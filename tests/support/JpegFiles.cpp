@@ -80,6 +80,15 @@ std::vector<JSAMPLE> rowOf(const RasterImage &image, int y, int components, bool
     return row;
 }
 
+std::vector<jpeg_scan_info> oneScanEach(int components)
+{
+    std::vector<jpeg_scan_info> scans;
+    for (int i = 0; i < components; ++i) {
+        scans.push_back({1, {i, 0, 0, 0}, 0, DCTSIZE2 - 1, 0, 0});
+    }
+    return scans;
+}
+
 void appendLittleEndian(std::string &out, std::uint32_t value, int bytes)
 {
     for (int i = 0; i < bytes; ++i) {
@@ -126,19 +135,28 @@ void writeJpeg(const std::filesystem::path &file, const RasterImage &image,
     info.in_color_space = inked ? JCS_CMYK : info.input_components == 1 ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_set_defaults(&info);
     jpeg_set_colorspace(&info, stored);
-    jpeg_set_quality(&info, options.quality, TRUE);
+    jpeg_set_quality(&info, options.quality, options.deepTables ? FALSE : TRUE);
     if (stored == JCS_YCbCr || stored == JCS_YCCK) {
-        info.comp_info[0].h_samp_factor = options.chromaSubsampling;
-        info.comp_info[0].v_samp_factor = options.chromaSubsampling;
-        if (stored == JCS_YCCK) {
-            info.comp_info[3].h_samp_factor = options.chromaSubsampling;
-            info.comp_info[3].v_samp_factor = options.chromaSubsampling;
+        for (const int i : {0, 3}) {
+            if (i < info.num_components) {
+                info.comp_info[i].h_samp_factor = options.chromaSubsampling;
+                info.comp_info[i].v_samp_factor =
+                    options.chromaSubsamplingDown.value_or(options.chromaSubsampling);
+            }
         }
     }
     if (!options.adobeMarker) {
         info.write_Adobe_marker = FALSE;
     }
     info.restart_in_rows = options.restartRows;
+    info.restart_interval = options.restartBlocks;
+    info.arith_code = options.arithmetic ? TRUE : FALSE;
+    info.optimize_coding = options.optimised ? TRUE : FALSE;
+    const std::vector<jpeg_scan_info> scans = oneScanEach(info.num_components);
+    if (options.separateScans) {
+        info.scan_info = scans.data();
+        info.num_scans = static_cast<int>(scans.size());
+    }
     if (options.progressive) {
         jpeg_simple_progression(&info);
     }
@@ -151,6 +169,10 @@ void writeJpeg(const std::filesystem::path &file, const RasterImage &image,
     if (!app1.empty()) {
         jpeg_write_marker(&info, JPEG_APP0 + 1, reinterpret_cast<const JOCTET *>(app1.data()),
                           static_cast<unsigned>(app1.size()));
+    }
+    if (!options.icc.empty()) {
+        jpeg_write_icc_profile(&info, reinterpret_cast<const JOCTET *>(options.icc.data()),
+                               static_cast<unsigned>(options.icc.size()));
     }
     for (int y = 0; y < image.height; ++y) {
         std::vector<JSAMPLE> row = rowOf(image, y, info.input_components, options.adobeMarker);

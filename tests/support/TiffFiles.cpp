@@ -48,12 +48,33 @@ int compressionTag(TiffCompression compression)
         return COMPRESSION_LZW;
     case TiffCompression::deflate:
         return COMPRESSION_ADOBE_DEFLATE;
+    case TiffCompression::oldDeflate:
+        return COMPRESSION_DEFLATE;
     case TiffCompression::packBits:
         return COMPRESSION_PACKBITS;
     case TiffCompression::jpeg:
         return COMPRESSION_JPEG;
+    case TiffCompression::faxRuns:
+        return COMPRESSION_CCITTRLE;
+    case TiffCompression::faxRunsInWords:
+        return COMPRESSION_CCITTRLEW;
+    case TiffCompression::fax3:
+    case TiffCompression::fax3Lines:
+        return COMPRESSION_CCITTFAX3;
     case TiffCompression::fax4:
         return COMPRESSION_CCITTFAX4;
+    case TiffCompression::lzma:
+        return COMPRESSION_LZMA;
+    case TiffCompression::zstd:
+        return COMPRESSION_ZSTD;
+    case TiffCompression::webp:
+        return COMPRESSION_WEBP;
+    case TiffCompression::lerc:
+        return COMPRESSION_LERC;
+    case TiffCompression::jbig:
+        return COMPRESSION_JBIG;
+    case TiffCompression::pixarLog:
+        return COMPRESSION_PIXARLOG;
     }
     throw std::logic_error("no such compression");
 }
@@ -72,12 +93,15 @@ void setPalette(TIFF *tiff, int bits, bool coloured)
                  coloured ? rising.data() : falling.data());
 }
 
-int subsampling(const TiffOptions &options)
+bool hasOwnUnits(const TiffOptions &options)
 {
     return options.photometric == TiffPhotometric::yCbCr &&
-                   options.compression != TiffCompression::jpeg
-               ? options.chromaSubsampling
-               : 1;
+           options.compression != TiffCompression::jpeg;
+}
+
+int subsamplingDown(const TiffOptions &options)
+{
+    return options.chromaSubsamplingDown.value_or(options.chromaSubsampling);
 }
 
 int channelsOf(const RasterImage &image, const TiffOptions &options)
@@ -94,11 +118,20 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, options.bits);
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, channels);
     TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT,
-                 options.floatingPoint ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT);
+                 options.floatingPoint   ? SAMPLEFORMAT_IEEEFP
+                 : options.signedNumbers ? SAMPLEFORMAT_INT
+                                         : SAMPLEFORMAT_UINT);
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometricTag(photometric));
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG,
                  options.planarSeparate ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, compressionTag(options.compression));
+    if (options.compression == TiffCompression::fax3Lines) {
+        TIFFSetField(tiff, TIFFTAG_GROUP3OPTIONS, GROUP3OPT_2DENCODING);
+    }
+    if (options.compression == TiffCompression::pixarLog) {
+        TIFFSetField(tiff, TIFFTAG_PIXARLOGDATAFMT,
+                     options.bits == 16 ? PIXARLOGDATAFMT_16BIT : PIXARLOGDATAFMT_8BIT);
+    }
     if (options.predictor != TiffPredictor::none) {
         TIFFSetField(tiff, TIFFTAG_PREDICTOR, static_cast<int>(options.predictor));
     }
@@ -110,7 +143,7 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
     }
     if (options.extraChannels > 0) {
         const std::vector<std::uint16_t> kinds(static_cast<std::size_t>(options.extraChannels),
-                                               EXTRASAMPLE_UNSPECIFIED);
+                                               options.extraKind);
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, options.extraChannels, kinds.data());
     }
     if (photometric == TiffPhotometric::palette) {
@@ -120,8 +153,8 @@ void setTags(TIFF *tiff, const RasterImage &image, const TiffOptions &options)
         if (options.compression == TiffCompression::jpeg) {
             TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
         } else {
-            TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, subsampling(options),
-                         subsampling(options));
+            TIFFSetField(tiff, TIFFTAG_YCBCRSUBSAMPLING, options.chromaSubsampling,
+                         subsamplingDown(options));
         }
     }
     if (options.tileWidth > 0) {
@@ -162,9 +195,10 @@ void writeBlocks(TIFF *tiff, const RasterImage &image, const TiffOptions &option
 {
     std::uint32_t number = 0;
     for (const TiffBlock &block : blocksOf(image, options)) {
-        std::vector<std::uint8_t> bytes = subsampling(options) > 1
-                                              ? packedUnits(image, options, block)
-                                              : packedSamples(image, options, block);
+        const bool inUnits =
+            hasOwnUnits(options) && options.chromaSubsampling * subsamplingDown(options) > 1;
+        std::vector<std::uint8_t> bytes =
+            inUnits ? packedUnits(image, options, block) : packedSamples(image, options, block);
         const auto size = static_cast<tmsize_t>(bytes.size());
         const tmsize_t written = options.tileWidth > 0
                                      ? TIFFWriteEncodedTile(tiff, number, bytes.data(), size)

@@ -3,6 +3,8 @@
 
 #include "support/TiffSamples.h"
 
+#include <QFloat16>
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -98,10 +100,14 @@ public:
     {
         if (m_options.floatingPoint) {
             addFloat(sample);
+        } else if (m_options.bits == 64) {
+            addBytes(sample * 0x0001'0001'0001'0001U);
         } else if (m_options.bits == 32) {
-            addWord(sample * 65537U);
+            addBytes((sample * 65537U) >> halving());
+        } else if (m_options.bits == 24) {
+            addTriple(static_cast<std::uint32_t>(sample << 8 | sample >> 8));
         } else if (m_options.bits == 16) {
-            addBytes(sample);
+            addBytes(static_cast<std::uint16_t>(sample >> halving()));
         } else {
             addBits(sample);
         }
@@ -120,21 +126,35 @@ private:
         m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
     }
 
-    void addWord(std::uint32_t value) { addBytes(value); }
+    unsigned halving() const { return m_options.signedNumbers ? 1 : 0; }
+
+    /// In the machine's order, as libtiff takes it.
+    void addTriple(std::uint32_t value)
+    {
+        const auto bytes = std::bit_cast<std::array<std::uint8_t, 4>>(value);
+        const int first = std::endian::native == std::endian::little ? 0 : 1;
+        m_bytes.insert(m_bytes.end(), bytes.begin() + first, bytes.begin() + first + 3);
+    }
 
     void addFloat(std::uint16_t sample)
     {
-        if (m_options.floatStray && m_count++ % 50 == 7) {
-            addBytes(*m_options.floatStray);
-            return;
-        }
         const float share = static_cast<float>(sample) / 65535;
-        addBytes(m_options.floatBlack + share * (m_options.floatWhite - m_options.floatBlack));
+        float value = m_options.floatBlack + share * (m_options.floatWhite - m_options.floatBlack);
+        if (m_options.floatStray && m_count++ % 50 == 7) {
+            value = *m_options.floatStray;
+        }
+        if (m_options.bits == 64) {
+            addBytes(double{value});
+        } else if (m_options.bits == 16) {
+            addBytes(std::bit_cast<std::uint16_t>(qfloat16(value)));
+        } else {
+            addBytes(value);
+        }
     }
 
     void addBits(std::uint16_t sample)
     {
-        const int most = (1 << m_options.bits) - 1;
+        const int most = (1 << (m_options.bits - static_cast<int>(halving()))) - 1;
         const int value = (sample * most + 32767) / 65535;
         for (int bit = m_options.bits - 1; bit >= 0; --bit) {
             if (m_bitsUsed == 0) {
@@ -196,12 +216,13 @@ std::vector<std::uint8_t> packedSamples(const RasterImage &image, const TiffOpti
 std::vector<std::uint8_t> packedUnits(const RasterImage &image, const TiffOptions &options,
                                       const TiffBlock &block)
 {
-    const int step = options.chromaSubsampling;
+    const int across = options.chromaSubsampling;
+    const int down = options.chromaSubsamplingDown.value_or(across);
     SamplePacker packer(options);
-    for (int y = block.y; y < block.y + block.height; y += step) {
-        for (int x = block.x; x < block.x + block.width; x += step) {
-            for (int i = 0; i < step * step; ++i) {
-                packer.add(storedPixel(image, options, x + i % step, y + i / step)[0]);
+    for (int y = block.y; y < block.y + block.height; y += down) {
+        for (int x = block.x; x < block.x + block.width; x += across) {
+            for (int i = 0; i < across * down; ++i) {
+                packer.add(storedPixel(image, options, x + i % across, y + i / across)[0]);
             }
             const TiffPixel pixel = storedPixel(image, options, x, y);
             packer.add(pixel[1]);

@@ -31,7 +31,7 @@ TiffPixel storedPixel(const RasterImage &image, const TiffOptions &options, int 
 std::vector<std::uint8_t> packedSamples(const RasterImage &image, const TiffOptions &options,
                                         const TiffBlock &block);
 
-/// The same as units of n x n luma samples followed by one of either chroma
+/// The same as units of m x n luma samples followed by one of either chroma
 /// (TIFF 6.0, section 21).
 std::vector<std::uint8_t> packedUnits(const RasterImage &image, const TiffOptions &options,
                                       const TiffBlock &block);
