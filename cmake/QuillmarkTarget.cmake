@@ -24,12 +24,15 @@ function(quillmark_target target)
         target_compile_definitions(${target} PUBLIC __cpp_impl_coroutine=201902L)
     endif()
     if(QUILLMARK_SANITIZERS)
+        set(exceptions "")
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+            set(exceptions -fno-sanitize-recover=all)
+        endif()
         target_compile_options(${target} PUBLIC
-            -fsanitize=${QUILLMARK_SANITIZERS} -fno-omit-frame-pointer)
+            -fsanitize=${QUILLMARK_SANITIZERS} ${exceptions} -fno-omit-frame-pointer)
         if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
             # Before version 17 it cannot check calls through pointers to coroutines.
-            target_compile_options(${target} PUBLIC
-                -fno-sanitize=function -fno-sanitize-recover=all)
+            target_compile_options(${target} PUBLIC -fno-sanitize=function)
         endif()
         target_link_options(${target} PUBLIC -fsanitize=${QUILLMARK_SANITIZERS})
     endif()

@@ -57,6 +57,7 @@ void readFeed(Bytes bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    const quillmark::fuzz::TimeLimit limit;
     quillmark::fuzz::readFeed({data, size});
     return 0;
 }

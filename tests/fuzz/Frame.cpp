@@ -16,7 +16,7 @@ namespace quillmark::fuzz {
 namespace {
 
 constexpr std::int64_t mostPixels = 2'000'000;
-constexpr std::int64_t mostPixelsSearched = 40'000;
+constexpr std::int64_t mostPixelsSearched = 5000;
 
 /// Nothing where it is refused, or too large.
 std::optional<DecodedFrame> smallFrame(const std::filesystem::path &file)

@@ -46,6 +46,7 @@ void readNotes(Bytes bytes)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     quillmark::fuzz::startApplication();
+    const quillmark::fuzz::TimeLimit limit;
     quillmark::fuzz::readNotes({data, size});
     return 0;
 }

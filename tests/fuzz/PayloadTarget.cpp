@@ -86,6 +86,7 @@ void readPayload(Bytes bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    const quillmark::fuzz::TimeLimit limit;
     quillmark::fuzz::readPayload({data, size});
     return 0;
 }

@@ -37,6 +37,7 @@ void readCodes(Bytes bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    const quillmark::fuzz::TimeLimit limit;
     quillmark::fuzz::readCodes({data, size});
     return 0;
 }

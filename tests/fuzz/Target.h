@@ -14,6 +14,20 @@ namespace quillmark::fuzz {
 
 using Bytes = std::span<const std::uint8_t>;
 
+/// Requires that what it is around takes no more than ten seconds of processor time, all threads
+/// together. libFuzzer itself goes by the clock, which runs on while others compute.
+class TimeLimit
+{
+public:
+    TimeLimit();
+    ~TimeLimit();
+    TimeLimit(const TimeLimit &) = delete;
+    TimeLimit &operator=(const TimeLimit &) = delete;
+
+private:
+    double m_start; ///< seconds
+};
+
 /// Says which property does not hold and ends the process, so that the input is kept.
 void require(bool holds, const char *property);
 

@@ -89,6 +89,7 @@ void unpack(Bytes bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    const quillmark::fuzz::TimeLimit limit;
     quillmark::fuzz::unpack({data, size});
     return 0;
 }
