@@ -19,9 +19,21 @@ function(quillmark_target target)
         QT_NO_KEYWORDS
         QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
         QT_NO_URL_CAST_FROM_STRING)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 15)
+        # It compiles coroutines but does not yet announce them.
+        target_compile_definitions(${target} PUBLIC __cpp_impl_coroutine=201902L)
+    endif()
     if(QUILLMARK_SANITIZERS)
+        set(exceptions "")
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+            set(exceptions -fno-sanitize-recover=all)
+        endif()
         target_compile_options(${target} PUBLIC
-            -fsanitize=${QUILLMARK_SANITIZERS} -fno-omit-frame-pointer)
+            -fsanitize=${QUILLMARK_SANITIZERS} ${exceptions} -fno-omit-frame-pointer)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+            # Before version 17 it cannot check calls through pointers to coroutines.
+            target_compile_options(${target} PUBLIC -fno-sanitize=function)
+        endif()
         target_link_options(${target} PUBLIC -fsanitize=${QUILLMARK_SANITIZERS})
     endif()
 endfunction()

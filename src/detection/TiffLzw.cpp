@@ -95,11 +95,13 @@ std::span<const std::uint8_t> TiffLzw::next(std::size_t size)
     for (;;) {
         const std::size_t end = m_read + size;
         if (end + slack > streamWindow) {
+            close();
             return {};
         }
         enlargeWindow(end + slack);
         const Stop stop = run(end, streamKept);
         if (stop == Stop::failed) {
+            close();
             return {};
         }
         if (stop == Stop::enough) {
@@ -109,6 +111,15 @@ std::span<const std::uint8_t> TiffLzw::next(std::size_t size)
         m_written -= m_read - singles;
         m_read = singles;
     }
+}
+
+/// Has nothing more come: what stands behind the end of a strip is none of its rows.
+void TiffLzw::close()
+{
+    m_read = m_written;
+    m_bits = {};
+    m_inputAt = m_inputEnd;
+    m_offset = m_fileEnd;
 }
 
 void TiffLzw::clearWindow()

@@ -68,6 +68,7 @@ private:
 
     enum class Stop { enough, cleared, failed };
 
+    void close();
     void clearWindow();
     void enlargeWindow(std::size_t size);
     void setInput(const FrameFile &file, const TiffSpan &packed, std::size_t atOnce);

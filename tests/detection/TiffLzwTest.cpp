@@ -198,5 +198,23 @@ TEST(TiffLzw, unpacksACodeThatIsMadeByItself)
     EXPECT_TRUE(lzw->unpack(*file, {0, 5}, 4).empty());
 }
 
+TEST(TiffLzw, nothingComesBehindTheEndOfAStrip)
+{
+    const TempDir folder;
+    // 256 (clear), 65, 257 (end), 66, 67:
+    // bits 100000000 001000001 100000001 001000010 001000011.
+    const std::string bytes("\x80\x10\x60\x24\x22\x18", 6);
+    const auto file = FrameFile::open(folder.write("file", bytes));
+    const auto lzw = std::make_unique<TiffLzw>();
+    lzw->begin(*file, {0, 6});
+    EXPECT_EQ(lzw->next(1).size(), 1U);
+    EXPECT_TRUE(lzw->next(1).empty());
+    EXPECT_TRUE(lzw->next(1).empty());
+    // Nor where a part of a row is left over.
+    lzw->begin(*file, {0, 6});
+    EXPECT_TRUE(lzw->next(2).empty());
+    EXPECT_TRUE(lzw->next(1).empty());
+}
+
 } // namespace
 } // namespace quillmark::test
