@@ -65,7 +65,8 @@ class Trial:
         bundle.rename(aside)
         answer = subprocess.run(
             ["setpriv", f"--reuid={UID}", f"--regid={UID}", "--clear-groups",
-             *self.root.as_user(program)], check=False, capture_output=True, text=True)
+             *self.root.as_user(program)], check=False, capture_output=True, text=True,
+            timeout=60)
         aside.rename(bundle)
         wanted = (f"could not load resource bundle: from {share}/{BUNDLE} or {SECOND_BUNDLE}\n")
         self.check((answer.returncode, answer.stderr) == (1, wanted),
