@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -94,6 +95,8 @@ int main(int argc, char **argv)
     textInput.reset();
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
     QApplication::setDesktopFileName(QStringLiteral("co.larkhollow.quillmark"));
+    // For desktops that do not know the program, as where it was not installed.
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/64.png")));
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -7,7 +7,8 @@
 
 namespace quillmark::ResourceBundle {
 
-// QUILLMARK_BUNDLE_DIR is where the build wrote the bundle: an absolute path.
+// QUILLMARK_SECOND_BUNDLE is an absolute path: where the build wrote the bundle or, in packages,
+// a place that administrators alone can write to. What stands in a bundle is executed.
 
 std::filesystem::path Places::installedBundle() const
 {
@@ -18,7 +19,7 @@ Places placesOf(const std::filesystem::path &executable)
 {
     return {
         .applicationFolder = executable.parent_path().parent_path() / "share" / "quillmark",
-        .builtBundle = QUILLMARK_BUNDLE_DIR,
+        .builtBundle = QUILLMARK_SECOND_BUNDLE,
     };
 }
 

@@ -17,7 +17,8 @@ struct Places {
     /// The application's own folder. The bundle stands directly in it once the program is
     /// installed; single resources may stand there too.
     std::filesystem::path applicationFolder;
-    /// The bundle itself as the build wrote it, for a program that runs from its build folder.
+    /// The bundle itself as the build wrote it, for a program that runs from its build folder;
+    /// in packages a place on the machine that stands in for it.
     std::filesystem::path builtBundle;
 
     /// The bundle in its installed place, which is looked at first.

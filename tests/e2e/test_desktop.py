@@ -13,6 +13,11 @@ class DesktopAround(WindowCase):
 
         self.assertEqual(self.screen.window_class(program.window), ("quillmark", "Quillmark"))
 
+    def test_window_brings_its_icon(self):
+        program = self.open()
+
+        self.assertEqual(self.screen.icon_sizes(program.window), [(64, 64)])
+
     def test_program_starts_and_ends_without_a_word(self):
         program = self.open()
 

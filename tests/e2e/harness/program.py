@@ -5,6 +5,7 @@
 import itertools
 import os
 import pathlib
+import shlex
 
 from . import accessible, processes
 from .waiting import DEADLINE, wait_until
@@ -19,6 +20,12 @@ def build_folder():
     return pathlib.Path(os.environ.get("QUILLMARK_BUILD_DIR", default))
 
 
+def program_command():
+    """What starts the program: that of the build, unless QUILLMARK_COMMAND says otherwise."""
+    told = os.environ.get("QUILLMARK_COMMAND")
+    return shlex.split(told) if told else [str(build_folder() / "bin" / "quillmark")]
+
+
 class Program:
     """One running program, seen through its accessibility tree.
 
@@ -30,10 +37,10 @@ class Program:
         self._desktop = desktop
         self._screen = desktop.screen
         self._log = f"program-{next(_numbers)}"
-        executable = executable or build_folder() / "bin" / "quillmark"
+        command = [executable] if executable else program_command()
         with desktop.log_file(self._log) as log:
             self._process = processes.start(
-                [*wrapper, executable],
+                [*wrapper, *command],
                 env={**desktop.environment, **(environment or {})}, stdout=log, stderr=log,
             )
         self.window = wait_until(self._main_window, "the window to open",

@@ -65,6 +65,16 @@ class Screen:
         """The two names by which desktops know a window's program: instance and class."""
         return tuple(self._property(self._resource(window), "WM_CLASS").decode().split("\0")[:2])
 
+    def icon_sizes(self, window):
+        """Width and height of each picture that a window brings along for lists of windows."""
+        values = list(self._property(self._resource(window), "_NET_WM_ICON") or [])
+        sizes = []
+        while values:
+            width, height = values[:2]
+            sizes.append((width, height))
+            values = values[2 + width * height:]
+        return sizes
+
     def close_window(self, window):
         """Asks for a window to be closed, as its frame's close button does."""
         self._ask_window_manager(window, "_NET_CLOSE_WINDOW", [X.CurrentTime, 2])

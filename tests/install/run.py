@@ -1,0 +1,199 @@
+# SPDX-FileCopyrightText: 2026 Quillmark authors
+# SPDX-License-Identifier: MIT
+"""Puts packages onto clean Debians, tries them there as a user would, and removes them."""
+
+import argparse
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import sys
+
+from cleanroot import UID, USER, CleanRoot, NotPossible
+
+HERE = pathlib.Path(__file__).resolve().parent
+BUNDLE = "Quillmark_Quillmark.bundle"
+SECOND_BUNDLE = f"/usr/local/share/quillmark/{BUNDLE}"
+# What a user's home may keep.
+SETTINGS = ".config/Larkhollow/Quillmark.conf"
+# A process has one desktop: those that need another have to be in another.
+UNDER_X = ["test_drop", "test_desktop", "installed"]
+UNDER_WAYLAND = ["test_wayland"]
+
+
+class Trial:
+    """A package on a Debian of its own."""
+
+    def __init__(self, kind, version, work, base):
+        self.kind = kind
+        self.version = version
+        self.work = work
+        self.root = CleanRoot(work / kind)
+        self.root.copy_of(base)
+        self.root.begin()
+        self.home = self.root.path(f"/home/{USER}")
+
+    def say(self, text):
+        print(f"test-install: {self.kind}: {text}", flush=True)
+
+    def check(self, holds, text):
+        if not holds:
+            sys.exit(f"test-install: {self.kind}: FAILED, this is not so: {text}")
+        self.say(text)
+
+    def drive(self, program, cases):
+        """End-to-end tests, against the program in here."""
+        environment = {
+            **os.environ,
+            "QUILLMARK_BUILD_DIR": str(self.work),
+            "QUILLMARK_COMMAND": shlex.join(self.root.as_user(program)),
+            "QUILLMARK_INSTALLED_HOME": f"/home/{USER}",
+            "QUILLMARK_INSTALLED_VERSION": self.version,
+        }
+        answer = subprocess.run(
+            ["setpriv", f"--reuid={UID}", f"--regid={UID}", "--clear-groups",
+             "/usr/bin/python3", "-B", "-W", "ignore::DeprecationWarning", "-m", "unittest",
+             "--verbose", *cases],
+            check=False, cwd=self.work / "e2e", env=environment)
+        self.check(answer.returncode == 0, f"{' '.join(cases)} passed as user {UID}")
+
+    def check_missing_bundle(self, program, share):
+        """Without its resources the program ends, and says where it has looked."""
+        bundle = self.root.path(f"{share}/{BUNDLE}")
+        aside = bundle.with_name("aside")
+        bundle.rename(aside)
+        answer = subprocess.run(
+            ["setpriv", f"--reuid={UID}", f"--regid={UID}", "--clear-groups",
+             *self.root.as_user(program)], check=False, capture_output=True, text=True,
+            timeout=60)
+        aside.rename(bundle)
+        wanted = (f"could not load resource bundle: from {share}/{BUNDLE} or {SECOND_BUNDLE}\n")
+        self.check((answer.returncode, answer.stderr) == (1, wanted),
+                   f"without its bundle: {answer.stderr.strip()}")
+
+    def check_home(self, before):
+        """Only settings are left of what the program has written."""
+        new = sorted(self.home_files() - before)
+        self.check(new == [SETTINGS], f"left in the home: {new}")
+
+    def home_files(self):
+        return {str(file.relative_to(self.home)) for file in self.home.rglob("*")
+                if file.is_file()}
+
+    def deb(self, package):
+        root = self.root
+        home = self.home_files()
+        files, packages = root.files(), root.packages()
+        shutil.copy(package, root.path("/var/cache/quillmark.deb"))
+        root.install("/var/cache/quillmark.deb")
+        new = root.packages() - packages
+        self.say(f"{package.name} has brought {len(new)} packages: {' '.join(sorted(new))}")
+        self.check("libimage-exiftool-perl" in new, "exiftool is among them")
+        strays = [name for name in new if name.endswith("-dev") or "sql" in name]
+        self.check(not strays, f"{len(strays)} of them are for developers or databases")
+        own = [name for name in root.run("dpkg-query", "--listfiles", "quillmark").split()
+               if root.path(name).is_file()]
+        self.say(f"its own files: {' '.join(own)}")
+
+        self.check_missing_bundle("/usr/bin/quillmark", "/usr/share/quillmark")
+        self.drive("/usr/bin/quillmark", UNDER_X)
+        root.install("qt6-wayland")
+        self.drive("/usr/bin/quillmark", UNDER_WAYLAND)
+
+        root.run("apt-get", "--quiet=2", "--yes", "purge", "quillmark", "qt6-wayland")
+        mentions = sorted(place for place in root.files()
+                          if "quillmark" in place.lower() and not place.startswith("home/"))
+        self.check(not mentions, f"files of the program after its removal: {mentions}")
+        # Nor those that another package would merely like to have.
+        root.run("apt-get", "--quiet=2", "--yes", "-o", "APT::AutoRemove::RecommendsImportant=no",
+                 "-o", "APT::AutoRemove::SuggestsImportant=no", "autoremove", "--purge")
+        left = sorted(root.packages() - packages)
+        self.check(not left, f"left of the packages that it brought: {left}")
+        self.compare(files)
+        self.check_home(home)
+
+    def portable(self, archive):
+        root = self.root
+        home = self.home_files()
+        # All that a desktop has to bring along.
+        root.install("perl")
+        files = root.files()
+        place = "/media/Zoë's stick, 50% full"
+        unpacked = self.work / "unpacked"
+        unpacked.mkdir()
+        subprocess.run(["tar", "--extract", "--file", archive, "--directory", unpacked,
+                        "--no-same-owner"], check=True)
+        [folder] = unpacked.iterdir()
+        links = [str(file) for file in folder.rglob("*") if file.is_symlink()]
+        self.check(not links, f"symbolic links in the folder: {links}")
+        size = sum(file.stat().st_size for file in folder.rglob("*") if file.is_file())
+        self.say(f"{archive.name} unpacks to {folder.name}, {size // 1000000} MB")
+
+        self.root.mount(folder, place)
+        self.check_missing_bundle(f"{place}/quillmark", f"{place}/share/quillmark")
+        subprocess.run(["mount", "-o", "remount,bind,ro", root.path(place)], check=True)
+        self.drive(f"{place}/quillmark", UNDER_X)
+        self.drive(f"{place}/quillmark", UNDER_WAYLAND)
+        subprocess.run(["umount", root.path(place)], check=True)
+        root.path(place).rmdir()
+        self.compare(files)
+        self.check_home(home)
+
+    def compare(self, before):
+        """The system is as it was, but for what package management keeps about itself."""
+        after = self.root.files()
+        outside = {place for place in after.keys() ^ before.keys()
+                   if not place.startswith("home/")}
+        changed = {place for place in after.keys() & before.keys()
+                   if after[place] != before[place] and not place.startswith("home/")}
+        self.check(not outside | changed,
+                   f"new, gone or changed files of the system: {sorted(outside | changed)}")
+
+
+def make_user_known(work):
+    """A session bus serves nobody whom it does not find among the users of the machine.
+
+    Only this process and those that it starts see it so.
+    """
+    for name, line in (("passwd", f"{USER}:x:{UID}:{UID}::/nonexistent:/bin/sh\n"),
+                       ("group", f"{USER}:x:{UID}:\n")):
+        original = pathlib.Path("/etc", name)
+        ours = work / name
+        ours.write_text(original.read_text(encoding="utf-8") + line, encoding="utf-8")
+        ours.chmod(0o644)
+        subprocess.run(["mount", "--bind", ours, original], check=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("work", type=pathlib.Path,
+                        help="an empty folder that everyone may enter; folders of the machine "
+                             "are mounted in there, so it takes mounts of one's own")
+    parser.add_argument("packages", type=pathlib.Path, help="the folder of the packages")
+    parser.add_argument("build", type=pathlib.Path, help="a build with the tools for tests")
+    parser.add_argument("version", help="what the program should say it is")
+    parser.add_argument("kinds", nargs="+", choices=["deb", "portable"])
+    arguments = parser.parse_args()
+    work = arguments.work
+
+    make_user_known(work)
+    # Where an ordinary user can read them, wherever the project is.
+    shutil.copytree(HERE.parent / "e2e", work / "e2e")
+    (work / "bin").mkdir()
+    shutil.copy(arguments.build / "bin" / "sample-roll", work / "bin")
+    base = CleanRoot(work / "base")
+    print("test-install: making a clean Debian", flush=True)
+    try:
+        base.make()
+    except NotPossible as reason:
+        print(f"test-install: skipped: {reason}")
+        return
+    for kind in arguments.kinds:
+        [package] = arguments.packages.glob({"deb": "*.deb", "portable": "*.tar.xz"}[kind])
+        getattr(Trial(kind, arguments.version, work, base), kind)(package)
+    print(f"test-install: {len(arguments.kinds)} passed, 0 failed")
+
+
+if __name__ == "__main__":
+    main()
