@@ -29,7 +29,7 @@ using OpenOptions = std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions *)
 TiffHandle::TiffHandle(const FrameFile &file)
 {
     if (std::optional<TiffDirectory> directory = TiffDirectory::read(file)) {
-        m_cursor.reset(new Cursor{file, *std::move(directory)});
+        m_cursor = std::make_unique<Cursor>(Cursor{file, *std::move(directory)});
         open();
     }
 }
