@@ -31,7 +31,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using Session = IngestViewModel;
 using ::testing::Contains;
-using ::testing::IsEmpty;
 
 // --- What the screens are made of ----------------------------------------------------
 

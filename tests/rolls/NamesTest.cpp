@@ -110,8 +110,8 @@ TEST_F(OddRoll, aRollOfAnyNameIsScanned)
 
 TEST_F(OddRoll, aRollOfAnyNameIsTagged)
 {
-    for (const std::string name :
-         {"-line\nbreak", "@caf\xE9%f", "\xD7\xA9\xD7\x9C\xE2\x80\xAE \xF0\x9F\x8E\x9E"}) {
+    for (const std::string name : {"-line\nbreak", "@caf\xE9%f",
+                                   "\xD7\xA9\xD7\x9C\xE2\x80\xAE \xF0\x9F\x8E\x9E\xE2\x80\xAC"}) {
         const fs::path folder = roll / name;
         fs::create_directory(folder);
         const fs::path frame = folder / "00.jpg";

@@ -40,7 +40,7 @@ void obeyPermissions()
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> sets{};
     ::syscall(SYS_capget, &header, sets.data());
-    for (const unsigned capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+    for (const unsigned capability : {unsigned{CAP_DAC_OVERRIDE}, unsigned{CAP_DAC_READ_SEARCH}}) {
         ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0); // else children of root have it again
         const __u32 kept = ~CAP_TO_MASK(capability);
         auto &set = sets.at(CAP_TO_INDEX(capability));
