@@ -36,6 +36,23 @@ TEST(ManualEntryDraft, startsEmptyAndInvalid)
     EXPECT_LE(draft.date(), QDateTime::currentDateTime());
 }
 
+TEST(ManualEntryDraft, textsStayAsTheyWereTyped)
+{
+    ManualEntryDraft draft;
+    const QStringList names{
+        QStringLiteral("cameraMake"), QStringLiteral("cameraModel"), QStringLiteral("filmBrand"),
+        QStringLiteral("filmStock"),  QStringLiteral("iso"),         QStringLiteral("lensMake"),
+        QStringLiteral("lensModel"),  QStringLiteral("focalLength"), QStringLiteral("pushPull"),
+        QStringLiteral("location"),   QStringLiteral("project"),     QStringLiteral("notes"),
+        QStringLiteral("rollName"),   QStringLiteral("artist"),      QStringLiteral("copyright")};
+    for (const QString &name : names) {
+        ASSERT_TRUE(draft.setProperty(name.toUtf8(), u' ' + name));
+    }
+    for (const QString &name : names) {
+        EXPECT_EQ(draft.property(name.toUtf8()), u' ' + name);
+    }
+}
+
 TEST(ManualEntryDraft, requiredFieldsAreTrimmedAndParsed)
 {
     ManualEntryDraft draft;
