@@ -94,9 +94,8 @@ TEST_P(OutputFolder, thatCannotBeWrittenToIsAnError)
     const fs::path backup = roll.write(fs::path(GetParam().folder) / "01.jpg", "earlier");
     {
         const Permissions readOnly(output(), fs::perms::owner_read | fs::perms::owner_exec);
-        EXPECT_THAT(ingest(),
-                    AllOf(HasSubstr("Could not look at “" + (output() / "00.jpg").native()),
-                          HasSubstr("Permission denied")));
+        EXPECT_THAT(ingest(), AllOf(HasSubstr("Could not copy “" + (roll / "00.jpg").native()),
+                                    HasSubstr("Permission denied")));
     }
     expectUntouched();
     EXPECT_EQ(readFile(backup), "earlier");
@@ -107,8 +106,9 @@ TEST_P(OutputFolder, thatCannotBeEnteredIsAnError)
     const fs::path backup = roll.write(fs::path(GetParam().folder) / "01.jpg", "earlier");
     {
         const Permissions none(output(), fs::perms::none);
-        EXPECT_THAT(ingest(), AllOf(HasSubstr("Could not copy “" + (roll / "00.jpg").native()),
-                                    HasSubstr("Permission denied")));
+        EXPECT_THAT(ingest(),
+                    AllOf(HasSubstr("Could not look at “" + (output() / "00.jpg").native()),
+                          HasSubstr("Permission denied")));
     }
     expectUntouched();
     EXPECT_EQ(readFile(backup), "earlier");
