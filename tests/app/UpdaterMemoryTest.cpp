@@ -42,7 +42,7 @@ TEST_F(UpdaterMemory, refusesAnOldFeedWhateverBecomesOfTheSettings)
     updater->checkForUpdates();
     ASSERT_TRUE(reaches(*updater, Stage::Available));
     updater->dismiss();
-    forgetSettings();
+    test::forgetSettings();
     m_feed.publish(old);
     updater->checkForUpdates();
     expectFailure(*updater, UpdateError::Case::feedReplayed);
@@ -79,7 +79,7 @@ TEST_F(UpdaterMemory, skippedVersionIsNotOfferedOnSchedule)
 {
     offering()->skip();
     EXPECT_EQ(UpdateMemory::skippedVersion(), m_next);
-    forgetSetting("co.larkhollow.quillmark.updates.lastCheck");
+    test::forgetSetting("co.larkhollow.quillmark.updates.lastCheck");
     const auto updater = makeUpdater(true);
     QSignalSpy stages(updater.get(), &Updater::stageChanged);
     ASSERT_TRUE(QTest::qWaitFor([&] { return stages.count() == 2; }, 20'000));
@@ -94,7 +94,7 @@ TEST_F(UpdaterMemory, versionAfterASkippedOneIsOffered)
 {
     offering()->skip();
     m_feed.add(QStringLiteral("2.0.1"));
-    forgetSetting("co.larkhollow.quillmark.updates.lastCheck");
+    test::forgetSetting("co.larkhollow.quillmark.updates.lastCheck");
     const auto updater = makeUpdater(true);
     ASSERT_TRUE(reaches(*updater, Stage::Available));
     EXPECT_EQ(updater->newVersion(), QStringLiteral("2.0.1"));
@@ -132,7 +132,7 @@ TEST_F(UpdaterMemory, oneProcessChecksOnceWhateverBecomesOfTheSettings)
     const auto updater = makeUpdater(true);
     QSignalSpy stages(updater.get(), &Updater::stageChanged);
     ASSERT_TRUE(QTest::qWaitFor([&] { return stages.count() == 2; }, 20'000));
-    forgetSettings();
+    test::forgetSettings();
     updater->dismiss(); // has the schedule begin anew
     QTest::qWait(0);
     EXPECT_EQ(updater->stage(), Stage::Idle);
