@@ -20,7 +20,7 @@ namespace Settings {
 /// The bytes under the key; nothing where there are none, or they cannot be read. Any thread.
 std::optional<QByteArray> value(const QString &key);
 
-/// Replaces the bytes under the key: they are on disk when this returns, or those of before
+/// Replaces the bytes under the key in one step: until the new ones are on disk, those of before
 /// are still there. Failures are silent. Any thread.
 void store(const QString &key, const QByteArray &value);
 
