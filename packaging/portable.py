@@ -29,6 +29,7 @@ PLUGINS = [
     "platforminputcontexts/libcomposeplatforminputcontextplugin.so",
     "platforminputcontexts/libibusplatforminputcontextplugin.so",
     "wayland-decoration-client/libbradient.so",
+    "wayland-graphics-integration-client/libqt-plugin-wayland-egl.so",
     "wayland-shell-integration/libxdg-shell.so",
 ]
 
