@@ -10,8 +10,6 @@
 #include "support/Samples.h"
 #include "support/TempDir.h"
 
-#include <QDirIterator>
-#include <QFile>
 #include <QFontMetricsF>
 #include <QNetworkAccessManager>
 #include <QQmlNetworkAccessManagerFactory>
@@ -31,52 +29,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using Session = IngestViewModel;
 using ::testing::Contains;
-
-// --- What the screens are made of ----------------------------------------------------
-
-/// Where an element of QML begins that interprets what it shows unless told otherwise, or that
-/// loads something from an address.
-QStringList suspectElements(const QString &qml)
-{
-    static const QRegularExpression element(
-        u"^\\s*(?:\\w+:\\s*)?((?:\\w+\\.)?(?:Text|TextEdit|TextArea|TextField|Label|Image|"
-        "AnimatedImage|BorderImage|FontLoader|ToolTip|WebEngineView|MediaPlayer)) *\\{"_s,
-        QRegularExpression::MultilineOption);
-    QStringList found;
-    for (auto match = element.globalMatch(qml); match.hasNext();) {
-        found << match.next().captured(1);
-    }
-    return found;
-}
-
-TEST(HostileText, onlyTwoElementsShowTextAndBothShowItPlain)
-{
-    QStringList suspects;
-    QStringList formats;
-    int files = 0;
-    for (QDirIterator each(u":/qt/qml/Quillmark"_s, {u"*.qml"_s}, QDir::Files,
-                           QDirIterator::Subdirectories);
-         each.hasNext(); ++files) {
-        QFile file(each.next());
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString qml = QString::fromUtf8(file.readAll());
-        for (const QString &element : suspectElements(qml)) {
-            suspects << each.fileName() + u": "_s + element;
-        }
-        for (const QString &line : qml.split(u'\n')) {
-            if (line.contains(u"textFormat"_s)) {
-                formats << each.fileName() + u": "_s + line.trimmed();
-            }
-        }
-    }
-    EXPECT_GT(files, 60);
-    suspects.sort();
-    EXPECT_EQ(suspects,
-              QStringList({u"SelectableText.qml: TextEdit"_s, u"StyledText.qml: Text"_s}));
-    formats.sort();
-    EXPECT_EQ(formats, QStringList({u"SelectableText.qml: textFormat: TextEdit.PlainText"_s,
-                                    u"StyledText.qml: textFormat: Text.PlainText"_s}));
-}
 
 // --- What the window does with them ----------------------------------------------------
 
