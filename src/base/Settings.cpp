@@ -13,8 +13,8 @@ namespace {
 
 QDir folder()
 {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                QStringLiteral("/Larkhollow/Quillmark"));
+    return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+            QStringLiteral("/Larkhollow/Quillmark")};
 }
 
 } // namespace
