@@ -16,7 +16,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 BUNDLE = "Quillmark_Quillmark.bundle"
 SECOND_BUNDLE = f"/usr/local/share/quillmark/{BUNDLE}"
 # What a user's home may keep.
-SETTINGS = ".config/Larkhollow/Quillmark.conf"
+SETTINGS = ".config/Larkhollow/Quillmark/co.larkhollow.quillmark.lastManualPayload.v2"
 # A process has one desktop: those that need another have to be in another.
 UNDER_X = ["test_drop", "test_desktop", "installed"]
 UNDER_WAYLAND = ["test_wayland"]
