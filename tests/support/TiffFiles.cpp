@@ -82,11 +82,10 @@ int compressionTag(TiffCompression compression)
 /// From white to black, or from yellow to blue.
 void setPalette(TIFF *tiff, int bits, bool coloured)
 {
-    const int count = 1 << bits;
-    std::vector<std::uint16_t> falling(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        falling[static_cast<std::size_t>(i)] =
-            static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1));
+    const std::size_t count = std::size_t{1} << static_cast<unsigned>(bits);
+    std::vector<std::uint16_t> falling(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        falling[i] = static_cast<std::uint16_t>(65535 - 65535 * i / (count - 1));
     }
     const std::vector<std::uint16_t> rising(falling.rbegin(), falling.rend());
     TIFFSetField(tiff, TIFFTAG_COLORMAP, falling.data(), falling.data(),
