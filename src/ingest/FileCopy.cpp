@@ -7,7 +7,6 @@
 #include "base/Uninterrupted.h"
 #include "base/UniqueFd.h"
 #include "ingest/FileError.h"
-#include "ingest/Workplace.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -17,7 +16,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 #include <vector>
 
@@ -28,11 +26,6 @@ namespace fs = std::filesystem;
 
 constexpr mode_t permissionBits = 0777;
 
-std::error_code lastError()
-{
-    return {errno, std::generic_category()};
-}
-
 /// Opens for reading what is there: a file, a directory, or whatever else has the name.
 UniqueFd openExisting(const fs::path &path, int furtherFlags)
 {
@@ -40,50 +33,14 @@ UniqueFd openExisting(const fs::path &path, int furtherFlags)
         uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | furtherFlags); }));
 }
 
-/// One copy under way: the names that its failures tell.
-class Copying
-{
-public:
-    Copying(const fs::path &source, const fs::path &destination)
-        : m_source(source), m_destination(destination)
-    {}
-
-    [[noreturn]] void fail(std::error_code reason) const
-    {
-        throw FileError(QStringLiteral("Could not copy “%1” to “%2”")
-                            .arg(pathText(m_source), pathText(m_destination)),
-                        m_source, reason);
-    }
-    [[noreturn]] void fail() const { fail(lastError()); }
-
-    void check(bool succeeded) const
-    {
-        if (!succeeded) {
-            fail();
-        }
-    }
-
-    /// A workplace beside the destination.
-    Workplace makeWorkplace() const
-    try {
-        return Workplace(m_destination.parent_path());
-    } catch (const std::system_error &failure) {
-        fail(failure.code());
-    }
-
-private:
-    const fs::path &m_source;
-    const fs::path &m_destination;
-};
-
 /// Reads and writes until the source ends: the way that works everywhere.
-void copyThroughMemory(int from, int to, const Copying &copying)
+void copyThroughMemory(int from, int to, const CopyNames &names)
 {
     constexpr std::size_t bufferSize = 1U << 20U;
     std::vector<char> buffer(bufferSize);
     for (;;) {
         const ssize_t got = uninterrupted([&] { return ::read(from, buffer.data(), bufferSize); });
-        copying.check(got >= 0);
+        names.check(got >= 0);
         if (got == 0) {
             return;
         }
@@ -92,7 +49,7 @@ void copyThroughMemory(int from, int to, const Copying &copying)
                 return ::write(to, buffer.data() + written,
                                static_cast<std::size_t>(got - written));
             });
-            copying.check(count >= 0);
+            names.check(count >= 0);
             written += count;
         }
     }
@@ -100,7 +57,7 @@ void copyThroughMemory(int from, int to, const Copying &copying)
 
 /// Copies the content: as a clone that shares its blocks, else inside the kernel, else
 /// through memory. Each way takes over where the one before could not start or stopped.
-void copyContent(int from, int to, const Copying &copying)
+void copyContent(int from, int to, const CopyNames &names)
 {
     if (::ioctl(to, FICLONE, from) == 0) {
         return;
@@ -115,7 +72,7 @@ void copyContent(int from, int to, const Copying &copying)
     }
     // At the end of the source this adds nothing; after a failure it goes on from there,
     // or meets the same failure (no space, a damaged disk) and tells it.
-    copyThroughMemory(from, to, copying);
+    copyThroughMemory(from, to, names);
 }
 
 /// Some file systems (FAT, network shares) have no permissions or owners to keep: that a
@@ -126,28 +83,30 @@ bool succeededOrUnsupported(int result)
 }
 
 /// Permissions and times go last, so that writing does not change them again.
-void copyAttributes(const struct stat &from, int to, const Copying &copying)
+void copyAttributes(const struct stat &from, int to, const CopyNames &names)
 {
-    copying.check(succeededOrUnsupported(::fchmod(to, from.st_mode & permissionBits)));
+    names.check(succeededOrUnsupported(::fchmod(to, from.st_mode & permissionBits)));
     const std::array<timespec, 2> times{from.st_atim, from.st_mtim};
-    copying.check(succeededOrUnsupported(::futimens(to, times.data())));
+    names.check(succeededOrUnsupported(::futimens(to, times.data())));
 }
 
-/// A directory's entries go to disk; file systems that need no such call refuse it.
-bool syncDirectoryHandle(int directory)
+/// Asks the kernel to begin writing what it holds of a file, and does not wait: only a hint.
+void startWriting(int file)
 {
-    return uninterrupted([&] { return ::fsync(directory); }) == 0 || errno == EINVAL;
+    ::sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
-void copyFile(int from, const struct stat &status, const fs::path &target, const Copying &copying)
+UniqueFd copyFile(int from, const struct stat &status, const fs::path &target,
+                  const CopyNames &names)
 {
     constexpr int createNew = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-    const UniqueFd to(
+    UniqueFd to(
         uninterrupted([&] { return ::open(target.c_str(), createNew, S_IRUSR | S_IWUSR); }));
-    copying.check(static_cast<bool>(to));
-    copyContent(from, to.get(), copying);
-    copyAttributes(status, to.get(), copying);
-    copying.check(uninterrupted([&] { return ::fsync(to.get()); }) == 0);
+    names.check(static_cast<bool>(to));
+    copyContent(from, to.get(), names);
+    copyAttributes(status, to.get(), names);
+    startWriting(to.get());
+    return to;
 }
 
 /// Inside a directory, links that lead to no file: to directories, maybe in circles, or nowhere.
@@ -158,12 +117,12 @@ bool staysALink(const fs::path &entry)
            !fs::is_regular_file(fs::status(entry, ignored));
 }
 
-void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying);
+UniqueFd copyEntry(const fs::path &source, const fs::path &target, const CopyNames &names);
 
-void copyDirectory(const fs::path &source, const struct stat &status, const fs::path &target,
-                   const Copying &copying)
+UniqueFd copyDirectory(const fs::path &source, const struct stat &status, const fs::path &target,
+                       const CopyNames &names)
 {
-    copying.check(::mkdir(target.c_str(), S_IRWXU) == 0);
+    names.check(::mkdir(target.c_str(), S_IRWXU) == 0);
     std::error_code failure;
     fs::directory_iterator entries(source, failure);
     while (failure == std::errc::interrupted) {
@@ -174,19 +133,19 @@ void copyDirectory(const fs::path &source, const struct stat &status, const fs::
         if (staysALink(entries->path())) {
             fs::copy_symlink(entries->path(), inner, failure);
         } else {
-            copyEntry(entries->path(), inner, copying);
+            names.check(syncHandle(copyEntry(entries->path(), inner, names)));
         }
         if (!failure) {
             entries.increment(failure);
         }
     }
     if (failure) {
-        copying.fail(failure);
+        names.fail(failure);
     }
-    const UniqueFd to = openExisting(target, O_DIRECTORY);
-    copying.check(static_cast<bool>(to));
-    copyAttributes(status, to.get(), copying);
-    copying.check(syncDirectoryHandle(to.get()));
+    UniqueFd to = openExisting(target, O_DIRECTORY);
+    names.check(static_cast<bool>(to));
+    copyAttributes(status, to.get(), names);
+    return to;
 }
 
 bool canBeCopied(const struct stat &status)
@@ -194,79 +153,46 @@ bool canBeCopied(const struct stat &status)
     return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
 }
 
-void copyEntry(const fs::path &source, const fs::path &target, const Copying &copying)
+UniqueFd copyEntry(const fs::path &source, const fs::path &target, const CopyNames &names)
 {
     // The kind is asked for before opening, because opening alone already does something to a
     // device or to the writer at the other end of a pipe, and once more afterwards, because the
     // name may stand for something else by then: without O_NONBLOCK, a pipe would hold the run
     // for ever.
     struct stat status {};
-    copying.check(::stat(source.c_str(), &status) == 0);
+    names.check(::stat(source.c_str(), &status) == 0);
     if (!canBeCopied(status)) {
-        copying.fail(std::make_error_code(std::errc::not_supported));
+        names.fail(std::make_error_code(std::errc::not_supported));
     }
     const UniqueFd from = openExisting(source, O_NONBLOCK | O_NOCTTY);
-    copying.check(static_cast<bool>(from));
-    copying.check(::fstat(from.get(), &status) == 0);
+    names.check(static_cast<bool>(from));
+    names.check(::fstat(from.get(), &status) == 0);
     if (!canBeCopied(status)) {
-        copying.fail(std::make_error_code(std::errc::not_supported));
+        names.fail(std::make_error_code(std::errc::not_supported));
     }
-    if (S_ISDIR(status.st_mode)) {
-        copyDirectory(source, status, target, copying);
-    } else {
-        copyFile(from.get(), status, target, copying);
-    }
-}
-
-/// Takes the place of what a rename cannot replace: a directory, or a file by a directory.
-void exchange(const fs::path &destination, const Workplace &workplace, const Copying &copying)
-{
-    const fs::path copy = workplace.copy();
-    if (::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, destination.c_str(), RENAME_EXCHANGE) == 0) {
-        return;
-    }
-    // Nothing is there to change places with, or the file system cannot do it in one step.
-    const fs::path replaced = workplace.replaced();
-    const bool moved = ::rename(destination.c_str(), replaced.c_str()) == 0;
-    copying.check(moved || errno == ENOENT);
-    if (::rename(copy.c_str(), destination.c_str()) != 0) {
-        const std::error_code reason = lastError();
-        if (moved) {
-            ::rename(replaced.c_str(), destination.c_str());
-        }
-        copying.fail(reason);
-    }
-}
-
-/// Gives the finished copy its place; what was there goes with the workplace.
-void replace(const fs::path &destination, const Workplace &workplace, const Copying &copying)
-{
-    const fs::path copy = workplace.copy();
-    std::error_code ignored;
-    if (fs::is_directory(copy, ignored) ||
-        fs::is_directory(fs::symlink_status(destination, ignored))) {
-        exchange(destination, workplace, copying);
-        return;
-    }
-    copying.check(::rename(copy.c_str(), destination.c_str()) == 0);
+    return S_ISDIR(status.st_mode) ? copyDirectory(source, status, target, names)
+                                   : copyFile(from.get(), status, target, names);
 }
 
 } // namespace
 
-void copyDurably(const fs::path &source, const fs::path &destination)
+UniqueFd copyTree(const CopyNames &names, const fs::path &target)
 {
-    const Copying copying(source, destination);
-    const Workplace workplace = copying.makeWorkplace();
-    copyEntry(source, workplace.copy(), copying);
-    replace(destination, workplace, copying);
+    return copyEntry(names.source(), target, names);
+}
+
+bool syncHandle(const UniqueFd &handle)
+{
+    // File systems whose directories need no such call refuse it.
+    return uninterrupted([&] { return ::fsync(handle.get()); }) == 0 || errno == EINVAL;
 }
 
 void syncDirectory(const fs::path &directory)
 {
     const UniqueFd handle = openExisting(directory, O_DIRECTORY);
-    if (!handle || !syncDirectoryHandle(handle.get())) {
+    if (!handle || !syncHandle(handle)) {
         throw FileError(QStringLiteral("Could not put “%1” on disk").arg(pathText(directory)),
-                        directory, lastError());
+                        directory, {errno, std::generic_category()});
     }
 }
 

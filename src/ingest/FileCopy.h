@@ -3,21 +3,28 @@
 
 #pragma once
 
+#include "base/UniqueFd.h"
+#include "ingest/CopyNames.h"
+
 #include <filesystem>
 
 namespace quillmark {
 
-/// Copies a file or, with everything below it, a directory to `destination`, replacing
-/// what is there only once the copy is whole and on disk: until then the old entry stays.
+/// Copies the source of `names` or, where it is a directory, all that is below it, to `target`,
+/// where nothing may be yet, and gives a handle of the copy, which is on its way to the disk:
+/// syncHandle() waits until it is there. What stands in a copied directory is there already.
 ///
-/// A link is followed, so that the copy is always a real one; a link to a directory inside
-/// a copied directory stays a link, since it may lead in circles. Contents are shared with
-/// the source where the file system can (copy-on-write clone), permissions and modification
-/// time are kept, and no temporary file is left behind. The folder that holds `destination`
-/// is synchronised by syncDirectory(), once for many copies.
+/// A link is followed, so that the copy is always a real one; a link to a directory inside a
+/// copied directory stays a link, since it may lead in circles. Contents are shared with the
+/// source where the file system can (copy-on-write clone); permissions and modification time
+/// are kept.
 ///
-/// Throws FileError. Blocks; any thread.
-void copyDurably(const std::filesystem::path &source, const std::filesystem::path &destination);
+/// Throws FileError; what was copied until then stays at `target`. Blocks; any thread.
+[[nodiscard]] UniqueFd copyTree(const CopyNames &names, const std::filesystem::path &target);
+
+/// Waits until what an open file holds, or the entries of an open directory, are on disk. False
+/// where that failed, with errno. Blocks; any thread.
+[[nodiscard]] bool syncHandle(const UniqueFd &handle);
 
 /// Puts a directory's entries on disk. Throws FileError. Blocks; any thread.
 void syncDirectory(const std::filesystem::path &directory);

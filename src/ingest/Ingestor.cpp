@@ -4,6 +4,7 @@
 #include "ingest/Ingestor.h"
 
 #include "base/PathText.h"
+#include "ingest/DurableCopies.h"
 #include "ingest/FileCopy.h"
 #include "ingest/FileError.h"
 #include "ingest/Workplace.h"
@@ -120,11 +121,12 @@ std::vector<fs::path> copyInto(const fs::path &outputFolder, const std::vector<f
 
     std::vector<fs::path> copies;
     copies.reserve(files.size());
+    DurableCopies copying;
     for (const fs::path &file : files) {
-        const fs::path copy = outputFolder / file.filename();
-        copyDurably(file, copy);
-        copies.push_back(copy);
+        copies.push_back(outputFolder / file.filename());
+        copying.add(file, copies.back());
     }
+    copying.finish();
     syncDirectory(outputFolder);
     syncDirectory(outputFolder.parent_path());
     return copies;

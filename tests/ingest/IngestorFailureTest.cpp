@@ -10,7 +10,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+
+#include <iterator>
 
 namespace quillmark::test {
 namespace {
@@ -99,6 +102,53 @@ TEST(Ingestor, aMissingSourceFailsAndEarlierCopiesStay)
     EXPECT_TRUE(error.description().contains(QStringLiteral("gone.jpg")));
     EXPECT_EQ(describe(std::make_exception_ptr(error)), error.description());
     EXPECT_THAT(contents(roll / "_originals"), ElementsAre("a.jpg"));
+}
+
+TEST(Ingestor, aFailureFarIntoTheRollLeavesAllCopiesBeforeIt)
+{
+    const TempDir roll;
+    Paths files;
+    for (int i = 100; i < 200; ++i) {
+        files.push_back(roll.write(std::to_string(i) + ".jpg", "new"));
+        roll.write("_originals/" + std::to_string(i) + ".jpg", "old");
+    }
+    fs::remove(files[80]);
+    EXPECT_EQ(failureOf(files, roll.path(), BackupMode::backupOriginals).path1(), files[80]);
+    EXPECT_EQ(contents(roll / "_originals").size(), files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        EXPECT_EQ(readFile(roll / "_originals" / files[i].filename()), i < 80 ? "new" : "old");
+    }
+}
+
+/// Takes file descriptors away until only some are left.
+class OpenFileLimit
+{
+public:
+    explicit OpenFileLimit(rlim_t left)
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_before);
+        const auto open = std::distance(fs::directory_iterator("/proc/self/fd"), {});
+        const rlimit limit{static_cast<rlim_t>(open) + left, m_before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    OpenFileLimit(const OpenFileLimit &) = delete;
+    OpenFileLimit &operator=(const OpenFileLimit &) = delete;
+    ~OpenFileLimit() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+
+private:
+    rlimit m_before{};
+};
+
+TEST(Ingestor, fewOpenFilesAreEnough)
+{
+    const TempDir roll;
+    Paths files;
+    for (int i = 100; i < 140; ++i) {
+        files.push_back(roll.write(std::to_string(i) + ".jpg", "frame"));
+    }
+    const OpenFileLimit limit(12);
+    EXPECT_NO_THROW(Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals));
+    EXPECT_EQ(contents(roll / "_originals").size(), files.size());
 }
 
 TEST(Ingestor, aCopyThatFailsHalfWayLeavesTheEarlierBackupAndNothingElse)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "ingest/DurableCopies.h"
 #include "ingest/PreparationSupport.h"
 #include "support/Printers.h"
 
@@ -82,6 +83,26 @@ TEST(Ingestor, sameNameFromTwoSubfoldersGoesToOneCopy)
     const fs::path copy = roll / "_originals" / "a.jpg";
     EXPECT_THAT(prepared.backups, ElementsAre(copy, copy));
     EXPECT_EQ(readFile(copy), "two");
+}
+
+TEST(Ingestor, moreFilesThanGoToDiskTogetherAreAllCopied)
+{
+    const TempDir roll;
+    const std::size_t count = 2 * DurableCopies::together + 1;
+    Paths files;
+    Paths copies;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string name = std::to_string(i) + ".jpg";
+        files.push_back(roll.write(name, "frame " + std::to_string(i)));
+        copies.push_back(roll / "_originals" / name);
+    }
+    const PreparedFiles prepared =
+        Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    EXPECT_EQ(prepared.backups, copies);
+    EXPECT_EQ(contents(roll / "_originals").size(), count);
+    for (std::size_t i = 0; i < count; ++i) {
+        EXPECT_EQ(readFile(copies[i]), "frame " + std::to_string(i));
+    }
 }
 
 TEST(Ingestor, copiesKeepModificationTimeAndPermissions)

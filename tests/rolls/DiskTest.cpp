@@ -4,13 +4,17 @@
 // File systems that are full, or that nobody can write to.
 
 #include "rolls/Disk.h"
+#include "ingest/Ingestor.h"
 #include "rolls/OddRoll.h"
 #include "rolls/Privileges.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace quillmark::test {
 namespace {
@@ -81,6 +85,22 @@ TEST_F(OddDisk, withoutRoomForCopiesIsAnErrorAndTheNextRunWorks)
         EXPECT_EQ(readFile(disk->path() / "_originals" / name), content) << name;
     }
     expectNoLeftovers(disk->path());
+}
+
+TEST_F(OddDisk, withRoomForOneCopyIsEnoughToReplaceEachOfThem)
+{
+    std::vector<fs::path> files;
+    const fs::path folder = disk->path();
+    for (int i = 10; i < 40; ++i) {
+        files.push_back(folder / (std::to_string(i) + ".jpg"));
+        std::ofstream(files.back()) << std::string(100'000, 'n');
+    }
+    Ingestor::prepareFiles(files, folder, BackupMode::backupOriginals);
+    std::ofstream(files.front()) << std::string(100'000, 'm');
+    disk->fill("ballast", 150'000);
+    EXPECT_NO_THROW(Ingestor::prepareFiles(files, folder, BackupMode::backupOriginals));
+    EXPECT_EQ(readFile(folder / "_originals" / "10.jpg"), readFile(files.front()));
+    expectNoLeftovers(folder);
 }
 
 TEST_F(OddDisk, withoutRoomForTaggingIsAnErrorAndCostsNothing)
