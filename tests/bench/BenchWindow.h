@@ -16,9 +16,11 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <utility>
+#include <variant>
 
 namespace quillmark::bench {
 
@@ -70,6 +72,19 @@ public:
         m_session->viewModel().setState(std::move(state));
     }
 
+    template <typename State>
+    bool isIn() const
+    {
+        return std::holds_alternative<State>(m_session->viewModel().state());
+    }
+
+    /// Turns the event loop for as long as the session is in a state.
+    template <typename State>
+    void turnWhile()
+    {
+        turnUntil([this] { return !isIn<State>(); });
+    }
+
     /// Lets everything happen that is due, and as much again.
     static void settle() { turnFor(std::chrono::milliseconds(100)); }
 
@@ -78,6 +93,20 @@ public:
     {
         QEventLoop loop;
         QTimer::singleShot(time, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+
+    /// Turns the event loop until something has become true.
+    static void turnUntil(const std::function<bool()> &over)
+    {
+        QEventLoop loop;
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
+            if (over()) {
+                loop.quit();
+            }
+        });
+        watch.start(std::chrono::milliseconds(10));
         loop.exec();
     }
 

@@ -9,6 +9,7 @@
 #include <ctime>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillmark::bench {
@@ -46,36 +47,58 @@ struct Comparison {
     double processorRatio; ///< the same of processor time, on all cores together
 };
 
-template <typename Subject, typename Floor>
-Comparison compareInTurns(int pairs, Subject subject, Floor floor)
+/// `reset` runs before each of them and is not timed.
+template <typename Subject, typename Floor, typename Reset>
+Comparison compareInTurns(int pairs, Subject subject, Floor floor, Reset reset)
 {
     std::vector<double> subjects;
     std::vector<double> floors;
     std::vector<double> ratios;
     std::vector<double> processorRatios;
     for (int pair = 0; pair < pairs; ++pair) {
-        const double start = processorMilliseconds();
+        reset();
+        const double floorStart = processorMilliseconds();
         floors.push_back(milliseconds(floor));
-        const double middle = processorMilliseconds();
+        const double floorProcessor = processorMilliseconds() - floorStart;
+        reset();
+        const double start = processorMilliseconds();
         subjects.push_back(milliseconds(subject));
         ratios.push_back(subjects.back() / floors.back());
-        processorRatios.push_back((processorMilliseconds() - middle) / (middle - start));
+        processorRatios.push_back((processorMilliseconds() - start) / floorProcessor);
     }
     return {median(subjects), median(floors), median(ratios), median(processorRatios)};
 }
 
-/// The most memory that this process has had in use, in MB (10^6 bytes); from /proc/self/status.
-inline double peakMegabytes()
+template <typename Subject, typename Floor>
+Comparison compareInTurns(int pairs, Subject subject, Floor floor)
+{
+    return compareInTurns(pairs, subject, floor, [] {});
+}
+
+/// A line of /proc/self/status in MB (10^6 bytes).
+inline double statusMegabytes(std::string_view name)
 {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
-        if (word == "VmHWM:") {
+        if (word == name) {
             double kibibytes = 0;
             status >> kibibytes;
             return kibibytes * 1024 / 1e6;
         }
     }
     return 0;
+}
+
+/// The most memory that this process has had in use, in MB.
+inline double peakMegabytes()
+{
+    return statusMegabytes("VmHWM:");
+}
+
+/// What it has in use now, in MB.
+inline double residentMegabytes()
+{
+    return statusMegabytes("VmRSS:");
 }
 
 } // namespace quillmark::bench

@@ -22,7 +22,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <thread>
 #include <vector>
 
@@ -85,31 +84,11 @@ private:
     std::jthread m_thread; ///< last, so that it never sees an unfinished object
 };
 
-template <typename State>
-bool isIn(bench::BenchWindow &window)
-{
-    return std::holds_alternative<State>(window.session().viewModel().state());
-}
-
-/// Turns the event loop until something has become true.
-void turnUntil(const std::function<bool()> &over)
-{
-    QEventLoop loop;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
-        if (over()) {
-            loop.quit();
-        }
-    });
-    watch.start(beat);
-    loop.exec();
-}
-
 void scan(bench::BenchWindow &window, const std::filesystem::path &folder)
 {
     window.session().viewModel().openFolder(folder);
-    turnUntil([&] { return !isIn<Session::Scanning>(window); });
-    if (!isIn<Session::DetectionFailed>(window)) {
+    window.turnWhile<Session::Scanning>();
+    if (!window.isIn<Session::DetectionFailed>()) {
         throw std::runtime_error("the scan did not look at every frame");
     }
 }
@@ -123,8 +102,8 @@ void run(bench::BenchWindow &window, const std::filesystem::path &folder)
     plan.detection.file = plan.rollFiles.front();
     window.setState(Session::Ready{plan});
     window.session().runIngest();
-    turnUntil([&] { return !isIn<Session::Ready>(window) && !isIn<Session::Writing>(window); });
-    if (!isIn<Session::Done>(window)) {
+    window.turnWhile<Session::Writing>();
+    if (!window.isIn<Session::Done>()) {
         throw std::runtime_error("the run failed");
     }
 }
@@ -133,7 +112,7 @@ void photo(bench::BenchWindow &window, const std::filesystem::path &frame)
 {
     window.setState(Session::ManualEntry{frame.parent_path(), frame});
     const auto *shown = window.window().findChild<ReferencePhoto *>();
-    turnUntil([&] { return shown->isEmpty() || !shown->picture().isNull(); });
+    bench::BenchWindow::turnUntil([&] { return shown->isEmpty() || !shown->picture().isNull(); });
     if (shown->isEmpty()) {
         throw std::runtime_error("the photo cannot be read");
     }

@@ -1,8 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-// What the session's run costs beside the bare exiftool with the same arguments, over the
-// images of a folder and without backups. Prints one JSON object.
+// What the session's run costs over the images of a folder, without backups. Prints one JSON
+// object.
+//   bench-run time FOLDER PAIRS   beside the bare exiftool with the same arguments
+//   bench-run limit FOLDER        with as many of its images as can be given to one exiftool,
+//                                 and with one more
 
 #include "bench/Measure.h"
 #include "embedding/ChildProcess.h"
@@ -18,45 +21,110 @@
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace quillmark {
 namespace {
 
-void runSession(const IngestPlan &plan)
+/// Runs the plan and gives the state in which the session is then.
+IngestViewModel::State runSession(const IngestPlan &plan)
 {
     IngestViewModel session;
     session.setBackupMode(BackupMode::none);
     session.setState(IngestViewModel::Ready{plan});
     test::await(session.runIngest(), std::chrono::minutes(10));
-    if (!std::holds_alternative<IngestViewModel::Done>(session.state())) {
+    return session.state();
+}
+
+void runToTheEnd(const IngestPlan &plan)
+{
+    if (!std::holds_alternative<IngestViewModel::Done>(runSession(plan))) {
         throw std::runtime_error("the run failed");
     }
 }
 
-void runBare(const IngestPlan &plan)
+std::vector<std::string> arguments(const IngestPlan &plan)
 {
-    const auto arguments = embedArguments(
+    return embedArguments(
         *Exiftool::configURL(),
         Exiftool::tagArguments(plan.detection.payload, ownGeneratorVersion.toString()),
         plan.rollFiles);
-    if (runChild(*Exiftool::locate(), arguments).status != 0) {
+}
+
+void runBare(const IngestPlan &plan)
+{
+    if (runChild(*Exiftool::locate(), arguments(plan)).status != 0) {
         throw std::runtime_error("exiftool failed");
     }
 }
 
-int run(const std::filesystem::path &folder, int pairs)
+IngestPlan planOf(const std::filesystem::path &folder)
 {
     IngestPlan plan;
     plan.folder = folder;
     plan.detection.payload = test::fullPayload();
     plan.rollFiles = SlateDetector::enumerateImages(folder, false);
     plan.backupMode = BackupMode::none;
+    return plan;
+}
+
+void printTime(const std::filesystem::path &folder, int pairs)
+{
+    const IngestPlan plan = planOf(folder);
     runBare(plan); // both find the files as a run leaves them
     const bench::Comparison result = bench::compareInTurns(
-        pairs, [&plan] { runSession(plan); }, [&plan] { runBare(plan); });
+        pairs, [&plan] { runToTheEnd(plan); }, [&plan] { runBare(plan); });
     std::printf("{\"files\": %zu, \"run_ms\": %.0f, \"exiftool_ms\": %.0f, \"ratio\": %.3f}\n",
                 plan.rollFiles.size(), result.subject, result.floor, result.ratio);
-    return EXIT_SUCCESS;
+}
+
+/// Whether exiftool starts with these arguments, of which it only sees that it is to tell its
+/// version.
+bool starts(std::vector<std::string> given)
+{
+    given.insert(given.begin(), "-ver");
+    try {
+        runChild(*Exiftool::locate(), given);
+        return true;
+    } catch (const std::system_error &failure) {
+        if (failure.code() != std::errc::argument_list_too_long) {
+            throw;
+        }
+        return false;
+    }
+}
+
+void printLimit(const std::filesystem::path &folder)
+{
+    IngestPlan plan = planOf(folder);
+    const std::vector<std::filesystem::path> all = plan.rollFiles;
+    const auto take = [&](std::size_t count) {
+        plan.rollFiles.assign(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count));
+    };
+    std::size_t most = 0;
+    for (std::size_t beyond = all.size(); beyond - most > 1;) {
+        const std::size_t middle = (most + beyond) / 2;
+        take(middle);
+        (starts(arguments(plan)) ? most : beyond) = middle;
+    }
+    take(most);
+    std::size_t bytes = 0;
+    for (const std::string &argument : arguments(plan)) {
+        bytes += argument.size() + 1;
+    }
+    const double run = bench::milliseconds([&] { runToTheEnd(plan); });
+    take(most + 1);
+    IngestViewModel::State last;
+    const double refusal = bench::milliseconds([&] { last = runSession(plan); });
+    const auto *const error = std::get_if<IngestViewModel::Error>(&last);
+    if (error == nullptr || !error->text.contains(QStringLiteral("are too long together"))) {
+        throw std::runtime_error("one file more was not refused");
+    }
+    std::printf("{\"files\": %zu, \"megabytes\": %.3f, \"run_ms\": %.0f, \"refusal_ms\": %.1f}\n",
+                most, static_cast<double>(bytes) / 1e6, run, refusal);
 }
 
 } // namespace
@@ -65,14 +133,19 @@ int run(const std::filesystem::path &folder, int pairs)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    if (argc != 3) {
-        std::fputs("usage: bench-run FOLDER PAIRS\n", stderr);
-        return EXIT_FAILURE;
-    }
+    const std::string_view figure = argc >= 3 ? argv[1] : "";
     try {
-        return quillmark::run(argv[1], std::atoi(argv[2]));
+        if (figure == "time" && argc == 4) {
+            quillmark::printTime(argv[2], std::atoi(argv[3]));
+            return EXIT_SUCCESS;
+        }
+        if (figure == "limit" && argc == 3) {
+            quillmark::printLimit(argv[2]);
+            return EXIT_SUCCESS;
+        }
+        std::fputs("usage: bench-run time FOLDER PAIRS | limit FOLDER\n", stderr);
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "bench-run: %s\n", failure.what());
-        return EXIT_FAILURE;
     }
+    return EXIT_FAILURE;
 }

@@ -5,6 +5,7 @@
 //   bench-scan time JPEG PAIRS   beside libjpeg-turbo's decoding of its luma alone
 //   bench-scan memory FILE       the peak of this process after one look
 
+#include "bench/LumaFloor.h"
 #include "bench/Measure.h"
 #include "detection/FrameDecoder.h"
 #include "detection/SlateDetector.h"
@@ -15,39 +16,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-// Needs stdio's types before it.
-#include <jpeglib.h>
 
 namespace quillmark {
 namespace {
-
-/// libjpeg-turbo's plainest way from a file in memory to grey rows in one buffer.
-void decodeLuma(const std::string &file, std::vector<unsigned char> &pixels)
-{
-    jpeg_decompress_struct decoder{};
-    jpeg_error_mgr errors{};
-    decoder.err = jpeg_std_error(&errors);
-    jpeg_create_decompress(&decoder);
-    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char *>(file.data()), file.size());
-    jpeg_read_header(&decoder, TRUE);
-    decoder.out_color_space = JCS_GRAYSCALE;
-    jpeg_start_decompress(&decoder);
-    pixels.resize(static_cast<std::size_t>(decoder.output_width) * decoder.output_height);
-    while (decoder.output_scanline < decoder.output_height) {
-        JSAMPROW row =
-            &pixels[static_cast<std::size_t>(decoder.output_scanline) * decoder.output_width];
-        jpeg_read_scanlines(&decoder, &row, 1);
-    }
-    jpeg_finish_decompress(&decoder);
-    jpeg_destroy_decompress(&decoder);
-}
 
 void look(const std::filesystem::path &file)
 {
@@ -56,10 +29,8 @@ void look(const std::filesystem::path &file)
 
 void printTime(const std::filesystem::path &file, int pairs)
 {
-    std::ifstream in(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    std::vector<unsigned char> pixels;
-    const auto floor = [&] { decodeLuma(bytes, pixels); };
+    bench::LumaFloor luma(file);
+    const auto floor = [&luma] { luma.decode(); };
     const bench::Comparison decoding = bench::compareInTurns(
         pairs, [&file] { decodeFrame(file); }, floor);
     const bench::Comparison looking = bench::compareInTurns(

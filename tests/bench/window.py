@@ -3,11 +3,14 @@
 """Figures of the window: how long its one thread is kept from answering."""
 
 import pathlib
-import shutil
+import re
 import statistics
+import subprocess
 import tempfile
+import time
 
 from display import VirtualDisplay
+from files import multiply
 
 SCREENS = ("scanning", "ready", "detectionFailed", "manualEntry", "manualEntryWithPhoto",
            "writing", "done", "error")
@@ -83,7 +86,70 @@ def spinner(bench):
               turning, SPINNER, "%", beside="idle")
 
 
-def multiply(frame, count):
-    """Makes copies of a frame beside it, until there are as many."""
-    for number in range(1, count):
-        shutil.copy(frame, frame.with_name(f"{frame.stem}-{number:04}{frame.suffix}"))
+def plan(bench):
+    """From the drop of a roll to its plan, where the slate is in the first frame."""
+    with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
+        roll = pathlib.Path(home, "roll")
+        bench.roll(roll, 2, **{"slate-at": 1})
+        got = bench.tool("bench-ingest", "plan", roll, 9, env=display.environment(home))
+    # What is left of the 30 ms for screens and listing counts as decoding.
+    bench.add("drop to plan less 30 ms, slate in a 24 MP JPEG", f"{got['plan_ms']:.0f} ms",
+              f"{got['luma_ms']:.0f} ms", (got["plan_ms"] - 30) / got["luma_ms"], 1.3,
+              beside="luma")
+
+
+def ingests(bench):
+    """Memory after twenty rolls against that after one."""
+    with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
+        roll = pathlib.Path(home, "roll")
+        multiply(bench.roll(roll, 1, **{"slate-at": 1}, width=1500, height=1000)[0], 36)
+        got = bench.tool("bench-ingest", "again", roll, 20, env=display.environment(home))
+    bench.add("memory after 20 ingests of 36 frames", f"{got['last_mb']:.1f} MB",
+              f"{got['first_mb']:.1f} MB", got["last_mb"] / got["first_mb"], 1.02,
+              beside="after 1")
+
+
+def idle(bench):
+    """What a window that nobody touches costs in a minute."""
+    with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
+        environment = display.environment(home)
+        ours, empty = (rest(bench.bin / name, environment)
+                       for name in ("quillmark", "bench-empty-window"))
+    for index, (what, unit, limit) in enumerate(
+            (("processor time of an idle minute", "ms", 5), ("wake-ups in an idle minute", "", 0))):
+        bench.add(what, f"{ours[index]:.2f} {unit}", f"{empty[index]:.2f} {unit}", ours[index],
+                  limit, unit, beside="empty")
+
+
+def rest(program, environment):
+    """Milliseconds of processor time, and how often a thread was woken, while nothing happens."""
+    with subprocess.Popen([program], env=environment, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL) as process:
+        try:
+            settle(process.pid)
+            before = spent(process.pid)
+            time.sleep(60)
+            after = spent(process.pid)
+        finally:
+            process.kill()
+    return [later - earlier for earlier, later in zip(before, after)]
+
+
+def settle(pid, quiet=5):
+    """Returns when a program has had no processor time for some seconds."""
+    last, since = spent(pid), time.monotonic()
+    while time.monotonic() - since < quiet:
+        time.sleep(0.5)
+        now = spent(pid)
+        if now != last or now[0] < 1:
+            last, since = now, time.monotonic()
+
+
+def spent(pid):
+    """Milliseconds of processor time of all threads, and how often they have waited."""
+    milliseconds = waits = 0
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        milliseconds += int((task / "schedstat").read_text(encoding="ascii").split()[0]) / 1e6
+        status = (task / "status").read_text(encoding="ascii")
+        waits += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status, re.M).group(1))
+    return milliseconds, waits

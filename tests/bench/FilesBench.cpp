@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 Quillmark authors
+// SPDX-License-Identifier: MIT
+
+// What the program's own work on files costs, beside the usual tools. Prints one JSON object.
+//   bench-files tree FOLDER PAIRS     listing with subfolders, beside find and sort
+//   bench-files roll FOLDER PAIRS     listing one folder, beside a loop over readdir()
+//   bench-files backup FOLDER PAIRS   backups of a roll, beside cp and sync
+//   bench-files clone FOLDER PAIRS    the same, where the file system shares blocks
+//   bench-files grow FOLDER           listing, searching (no slate is there) and tagging
+
+#include "bench/Measure.h"
+#include "detection/SlateDetectionError.h"
+#include "detection/SlateDetector.h"
+#include "embedding/Exiftool.h"
+#include "ingest/IngestViewModel.h"
+#include "ingest/Ingestor.h"
+#include "support/Await.h"
+#include "support/Samples.h"
+
+#include <QCoreApplication>
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace quillmark {
+namespace {
+
+namespace fs = std::filesystem;
+using bench::Comparison;
+
+/// Runs a command line, which finds the folder in the variable ROLL.
+void shell(const char *command, const fs::path &folder)
+{
+    ::setenv("ROLL", folder.c_str(), 1);
+    if (std::system(command) != 0) {
+        throw std::runtime_error(std::string(command) + " failed");
+    }
+}
+
+void list(const fs::path &folder, bool recursive)
+{
+    if (SlateDetector::enumerateImages(folder, recursive).empty()) {
+        throw std::runtime_error("nothing to list");
+    }
+}
+
+/// What a listing cannot go without: each entry's name.
+std::size_t readFolder(const fs::path &folder)
+{
+    DIR *const directory = ::opendir(folder.c_str());
+    std::size_t letters = 0;
+    while (const dirent *const entry = ::readdir(directory)) {
+        letters += static_cast<unsigned char>(entry->d_name[0]);
+    }
+    ::closedir(directory);
+    return letters;
+}
+
+void print(const Comparison &result, double times = 1)
+{
+    std::printf("{\"subject_ms\": %.4f, \"floor_ms\": %.4f, \"ratio\": %.3f}\n",
+                result.subject / times, result.floor / times, result.ratio);
+}
+
+void tree(const fs::path &folder, int pairs)
+{
+    print(bench::compareInTurns(
+        pairs, [&] { list(folder, true); },
+        [&] { shell(R"(find "$ROLL" | LC_ALL=C sort > /dev/null)", folder); }));
+}
+
+void roll(const fs::path &folder, int pairs)
+{
+    constexpr int times = 2000; // one takes microseconds
+    std::size_t letters = 0;
+    print(bench::compareInTurns(
+              pairs,
+              [&] {
+                  for (int i = 0; i < times; ++i) {
+                      list(folder, false);
+                  }
+              },
+              [&] {
+                  for (int i = 0; i < times; ++i) {
+                      letters += readFolder(folder);
+                  }
+              }),
+          times);
+    if (letters == 0) {
+        throw std::runtime_error("nothing to list");
+    }
+}
+
+/// Backups beside a command that copies into the folder "_copies" and waits for the disk. Before
+/// each of them nothing of the other is left, on the disk or on its way there.
+void backup(const fs::path &folder, int pairs, const char *command)
+{
+    const std::vector<fs::path> files = SlateDetector::enumerateImages(folder, false);
+    const auto clear = [&] {
+        fs::remove_all(folder / "_originals");
+        fs::remove_all(folder / "_copies");
+        fs::create_directory(folder / "_copies");
+        ::sync();
+    };
+    print(bench::compareInTurns(
+        pairs, [&] { Ingestor::prepareFiles(files, folder, BackupMode::backupOriginals); },
+        [&] { shell(command, folder); }, clear));
+    clear();
+    fs::remove(folder / "_copies");
+}
+
+void copied(const fs::path &folder, int pairs)
+{
+    backup(folder, pairs, R"(cp "$ROLL"/*.jpg "$ROLL/_copies" && sync -d "$ROLL"/_copies/*)");
+}
+
+void cloned(const fs::path &folder, int pairs)
+{
+    backup(folder, pairs,
+           R"(cp --reflink=always "$ROLL"/*.jpg "$ROLL/_copies" && sync -d "$ROLL"/_copies/*)");
+}
+
+void search(const fs::path &folder)
+{
+    try {
+        test::await(SlateDetector::detectInFolder(folder, false), std::chrono::minutes(10));
+    } catch (const SlateDetectionError &) {
+        return;
+    }
+    throw std::runtime_error("a slate was found where none is");
+}
+
+void grow(const fs::path &folder, int)
+{
+    const auto files = SlateDetector::enumerateImages(folder, false);
+    std::vector<double> listing;
+    for (int i = 0; i < 5; ++i) {
+        listing.push_back(bench::milliseconds([&] { list(folder, false); }));
+    }
+    const double searching = bench::milliseconds([&] { search(folder); });
+    const double tagging = bench::milliseconds([&] {
+        test::await(Exiftool::embed(files, test::fullPayload(), ownGeneratorVersion.toString()),
+                    std::chrono::minutes(10));
+    });
+    std::printf("{\"files\": %zu, \"listing_ms\": %.4f, \"searching_ms\": %.2f, "
+                "\"tagging_ms\": %.1f}\n",
+                files.size(), bench::median(listing), searching, tagging);
+}
+
+} // namespace
+} // namespace quillmark
+
+int main(int argc, char **argv)
+{
+    using namespace quillmark;
+    const QCoreApplication application(argc, argv);
+    const std::map<std::string, std::function<void(const fs::path &, int)>> figures{
+        {"tree", tree}, {"roll", roll}, {"backup", copied}, {"clone", cloned}, {"grow", grow}};
+    const auto figure = argc >= 3 ? figures.find(argv[1]) : figures.end();
+    if (figure == figures.end()) {
+        std::fputs("usage: bench-files tree|roll|backup|clone|grow FOLDER [PAIRS]\n", stderr);
+        return EXIT_FAILURE;
+    }
+    try {
+        figure->second(argv[2], argc > 3 ? std::atoi(argv[3]) : 5);
+        return EXIT_SUCCESS;
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "bench-files: %s\n", failure.what());
+        return EXIT_FAILURE;
+    }
+}

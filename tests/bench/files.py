@@ -1,0 +1,143 @@
+# SPDX-FileCopyrightText: 2026 Quillmark authors
+# SPDX-License-Identifier: MIT
+"""Figures of files: listing, backups, runs, and how all of it grows with a roll."""
+
+import contextlib
+import math
+import os
+import pathlib
+import shutil
+import statistics
+import subprocess
+import tempfile
+
+PAIRS = 7
+SMALL = {"width": 300, "height": 200}
+SIZES = (10, 100, 1000, 10000)
+EXPONENT = 1.05
+
+
+def multiply(frame, count, name="{stem}-{number:05}{suffix}"):
+    """Makes copies of a frame beside it, until there are as many."""
+    for number in range(1, count):
+        shutil.copy(frame, frame.with_name(
+            name.format(stem=frame.stem, number=number, suffix=frame.suffix)))
+
+
+def compared(bench, what, limit, figure, folder, pairs=PAIRS, beside="floor"):
+    got = bench.tool("bench-files", figure, folder, pairs)
+    digits = 1 if got["floor_ms"] >= 1 else 4
+    bench.add(what, f"{got['subject_ms']:.{digits}f} ms", f"{got['floor_ms']:.{digits}f} ms",
+              got["ratio"], limit, beside=beside)
+
+
+def listing(bench):
+    """Listing beside the usual tools; the entries hold nothing, which no listing looks at."""
+    with tempfile.TemporaryDirectory() as home:
+        tree = pathlib.Path(home, "tree")
+        for folder in range(1000):
+            place = tree / f"roll-{folder * 7919 % 1000:04}"
+            place.mkdir(parents=True)
+            for number in range(100):
+                (place / f"scan_{number * 37 % 100:04}.jpg").touch()
+        compared(bench, "listing 100,000 entries in 1,000 folders", 0.7, "tree", tree,
+                 beside="find|sort")
+        roll = pathlib.Path(home, "roll")
+        roll.mkdir()
+        for number in range(40):
+            (roll / f"scan_{number * 7 % 40:04}.jpg").touch()
+        compared(bench, "listing a roll of 40", 1.5, "roll", roll, beside="readdir")
+
+
+def make_roll(folder, files, size):
+    """Files of noise: nothing on the way can make them smaller."""
+    for number in range(files):
+        (folder / f"scan_{number:02}.jpg").write_bytes(os.urandom(size))
+    os.sync()
+
+
+def backup(bench):
+    """Backups of 36 files of 50 MB, where blocks are copied and where they are shared."""
+    with tempfile.TemporaryDirectory() as folder:
+        make_roll(pathlib.Path(folder), 36, 50_000_000)
+        compared(bench, "backups of 36 x 50 MB", 1.0, "backup", folder, beside="cp, sync")
+    for kind in ("xfs", "btrfs"):
+        with cloning_disk(kind) as folder:
+            if folder is None:
+                print(f"skip backups as clones: no {kind} image can be mounted here", flush=True)
+                continue
+            make_roll(folder, 36, 50_000_000)
+            compared(bench, f"backups of 36 x 50 MB, cloned on {kind}", 1.1, "clone", folder,
+                     pairs=15, beside="cp, sync")
+
+
+@contextlib.contextmanager
+def cloning_disk(kind):
+    """A file system that shares blocks, in a file of its own; None where none can be mounted."""
+    with tempfile.TemporaryDirectory() as home:
+        image, folder = pathlib.Path(home, "image"), pathlib.Path(home, "disk")
+        folder.mkdir()
+        with open(image, "wb") as file:
+            file.truncate(4 << 30)
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        try:
+            for command in ([f"mkfs.{kind}", image], ["mount", "-o", "loop", image, folder]):
+                subprocess.run(command, check=True, **quiet)
+        except (OSError, subprocess.CalledProcessError):
+            yield None
+            return
+        try:
+            yield folder
+        finally:
+            subprocess.run(["umount", folder], check=True)
+
+
+def run(bench):
+    """Whole runs without backups against the bare exiftool."""
+    with tempfile.TemporaryDirectory() as folder:
+        bench.roll(folder, 36)
+        add_run(bench, "36 frames of 24 MP", folder, PAIRS)
+    with tempfile.TemporaryDirectory() as folder:
+        multiply(bench.roll(folder, 1, **SMALL)[0], 2000)
+        add_run(bench, "2,000 small frames", folder, 5)
+
+
+def add_run(bench, what, folder, pairs):
+    got = bench.tool("bench-run", "time", folder, pairs)
+    bench.add(f"run over {what}, no backups", f"{got['run_ms']:.0f} ms",
+              f"{got['exiftool_ms']:.0f} ms", got["ratio"], 1.02, beside="exiftool")
+
+
+def growth(bench):
+    """The exponents with which costs grow with the number of files: 1 is a straight line."""
+    points = {"listing": [], "searching": [], "tagging": []}
+    for size in SIZES:
+        with tempfile.TemporaryDirectory() as folder:
+            multiply(bench.roll(folder, 1, **SMALL)[0], size)
+            got = bench.tool("bench-files", "grow", folder)
+        for what, costs in points.items():
+            costs.append((size, got[f"{what}_ms"]))
+    for what, costs in points.items():
+        bench.add(f"{what} of {SIZES[0]} to {SIZES[-1]:,} files", f"{costs[-1][1]:.0f} ms",
+                  f"{costs[0][1]:.2f} ms", exponent(costs), EXPONENT, "n^", beside="first",
+                  points=costs)
+
+
+def exponent(points):
+    """The slope of the straight line through the logarithms (least squares)."""
+    return statistics.linear_regression([math.log(size) for size, _ in points],
+                                        [math.log(cost) for _, cost in points]).slope
+
+
+def limit(bench):
+    """The longest list of files that one exiftool can be given is written; one more is refused."""
+    with tempfile.TemporaryDirectory() as home:
+        folder = pathlib.Path(home, *["f" * 250] * 14)  # a path may have 4095 bytes
+        folder.mkdir(parents=True)
+        [frame] = bench.roll(pathlib.Path(home, "one"), 1, **SMALL)
+        for number in range(2000):
+            shutil.copy(frame, folder / f"{number:0230}.jpg")
+        got = bench.tool("bench-run", "limit", folder)
+    bench.add(f"refusal beyond {got['megabytes']:.2f} MB of arguments, {got['files']} files",
+              f"{got['refusal_ms']:.0f} ms", f"{got['run_ms']:.0f} ms", got["refusal_ms"], 100,
+              "ms", beside="their run")

@@ -1,0 +1,30 @@
+# SPDX-FileCopyrightText: 2026 Quillmark authors
+# SPDX-License-Identifier: MIT
+"""Draws how costs grow with the size of a roll."""
+
+import json
+import re
+
+MARKS = "os^D"
+
+
+def draw(results, picture):
+    """Makes a picture of the figures that have points among the results of a measurement."""
+    import matplotlib  # pylint: disable=import-outside-toplevel  # only drawing needs it
+
+    matplotlib.use("Agg")
+    matplotlib.rcParams["svg.hashsalt"] = "quillmark"  # the same picture from the same figures
+    from matplotlib import pyplot  # pylint: disable=import-outside-toplevel
+
+    rows = [row for row in json.loads(results.read_text(encoding="utf-8")) if "points" in row]
+    if not rows:
+        raise SystemExit("bench: nothing to draw; run script/bench growth first")
+    figure, axes = pyplot.subplots(figsize=(7, 4.5), layout="constrained")
+    for row, mark in zip(rows, MARKS):
+        sizes, costs = zip(*row["points"])
+        name = re.match(r"\w+", row["what"]).group()
+        axes.loglog(sizes, costs, marker=mark, label=f"{name}, n^{row['figure']:.2f}")
+    axes.set(xlabel="files in the folder", ylabel="milliseconds")
+    axes.grid(True, which="major", alpha=0.3)
+    axes.legend(frameon=False)
+    figure.savefig(picture, metadata={"Date": None})
