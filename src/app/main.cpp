@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/Accessibility.h"
+#include "app/Memory.h"
 #include "app/updates/UpdaterCoordinator.h"
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QImageReader>
+#include <QPixmap>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -66,6 +69,15 @@ private:
     const bool m_ours = !qEnvironmentVariableIsSet(variable);
 };
 
+/// For desktops that do not know the program, as where it was not installed. That the picture
+/// is a PNG is said, so that Qt does not load all that might read it to find out.
+void setWindowIcon()
+{
+    QImageReader reader(QStringLiteral(":/icons/64.png"), "png");
+    reader.setAutoDetectImageFormat(false);
+    QApplication::setWindowIcon(QIcon(QPixmap::fromImageReader(&reader)));
+}
+
 /// The configuration that exiftool needs stands in the resource bundle: without it nothing
 /// can be written, and nobody is to find that out after having dropped a roll.
 bool hasResources()
@@ -83,6 +95,7 @@ bool hasResources()
 
 int main(int argc, char **argv)
 {
+    quillmark::shareMemory();
     if (!hasResources()) {
         return EXIT_FAILURE;
     }
@@ -95,8 +108,7 @@ int main(int argc, char **argv)
     textInput.reset();
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
     QApplication::setDesktopFileName(QStringLiteral("co.larkhollow.quillmark"));
-    // For desktops that do not know the program, as where it was not installed.
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/64.png")));
+    setWindowIcon();
     QApplication::setApplicationVersion(QStringLiteral(QUILLMARK_VERSION));
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);

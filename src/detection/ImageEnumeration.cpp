@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "detection/SlateDetector.h"
+#include "detection/WorkerThreads.h"
 
 #include <QByteArray>
 #include <QString>
@@ -12,10 +13,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <iterator>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace quillmark::SlateDetector {
 namespace {
@@ -24,42 +30,34 @@ namespace fs = std::filesystem;
 
 constexpr std::array<std::string_view, 4> imageExtensions{"jpg", "jpeg", "tif", "tiff"};
 
-/// An entry found: its path from the folder, and the text by which it is sorted.
-struct Entry {
-    std::string path;
-    QByteArray composed; ///< the path in NFC; empty where that is the path itself
-    std::string_view sortKey() const
-    {
-        return composed.isEmpty() ? std::string_view(path)
-                                  : std::string_view(composed.constData(),
-                                                     static_cast<std::size_t>(composed.size()));
-    }
-};
-
 bool isImageName(std::string_view name)
 {
     const std::size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos) {
+    std::array<char, 4> lowered{};
+    if (dot == std::string_view::npos || name.size() - dot - 1 > lowered.size()) {
         return false;
     }
-    std::string extension(name.substr(dot + 1));
+    const std::string_view extension = name.substr(dot + 1);
     // The four extensions are ASCII, and no other letter has one of theirs as its lower case.
-    std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+    std::transform(extension.begin(), extension.end(), lowered.begin(), [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
-    return std::find(imageExtensions.begin(), imageExtensions.end(), extension) !=
-           imageExtensions.end();
+    return std::find(imageExtensions.begin(), imageExtensions.end(),
+                     std::string_view(lowered.data(), extension.size())) != imageExtensions.end();
 }
 
-Entry makeEntry(std::string path)
+/// What is sorted by: the name in NFC, as UTF-8.
+QByteArray composed(std::string_view name)
 {
-    const bool isAscii = std::all_of(path.begin(), path.end(),
-                                     [](char c) { return static_cast<signed char>(c) >= 0; });
-    QByteArray composed;
-    if (!isAscii) {
-        composed = QString::fromStdString(path).normalized(QString::NormalizationForm_C).toUtf8();
-    }
-    return {std::move(path), std::move(composed)};
+    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
+        .normalized(QString::NormalizationForm_C)
+        .toUtf8();
+}
+
+bool isAscii(std::string_view name)
+{
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
 struct CloseDirectory {
@@ -67,38 +65,153 @@ struct CloseDirectory {
 };
 
 /// The kind that the listing tells, or, where the file system leaves that open, a look at it.
-bool isDirectory(const dirent &entry, const DIR *directory)
+bool isDirectory(const dirent &entry, DIR *directory)
 {
     if (entry.d_type != DT_UNKNOWN) {
         return entry.d_type == DT_DIR;
     }
     struct stat status {};
-    return ::fstatat(::dirfd(const_cast<DIR *>(directory)), entry.d_name, &status,
-                     AT_SYMLINK_NOFOLLOW) == 0 &&
+    return ::fstatat(::dirfd(directory), entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
            S_ISDIR(status.st_mode);
 }
 
-/// Lists one directory; `below` is its path from the folder, with a trailing slash unless
-/// it is the folder itself.
-void listDirectory(const fs::path &folder, const std::string &below, std::vector<Entry> &images,
-                   std::vector<std::string> *subdirectories)
+/// A folder of the walk and what it holds, in order. Folders of one parent whose names differ
+/// only before normalisation count as one, since what is in them mingles.
+///
+/// All paths in a folder begin with its own: they are in order if its entries are, where a
+/// folder's name is taken with the slash that follows it.
+struct Folder {
+    struct Subfolder;
+
+    std::vector<std::string> places; ///< the paths, each with a slash at its end
+    std::vector<fs::path> images;
+    std::vector<Subfolder> subfolders;
+};
+
+struct Folder::Subfolder {
+    std::size_t imagesBefore; ///< how many of the parent's own
+    Folder folder;
+};
+
+/// The entries of one folder while they are being sorted.
+class Entries
 {
-    const std::unique_ptr<DIR, CloseDirectory> directory(::opendir((folder / below).c_str()));
-    if (!directory) {
-        return;
+public:
+    void read(const std::string &place, bool withFolders)
+    {
+        const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(place.c_str()));
+        if (!directory) {
+            return;
+        }
+        while (const dirent *const entry = ::readdir(directory.get())) {
+            const std::string_view name = entry->d_name;
+            if (name.starts_with('.')) {
+                continue;
+            }
+            if (isImageName(name)) {
+                add(place, name, false);
+            }
+            if (withFolders && isDirectory(*entry, directory.get())) {
+                add(place, name, true);
+            }
+        }
     }
-    while (const dirent *const entry = ::readdir(directory.get())) {
-        const std::string_view name = entry->d_name;
-        if (name.starts_with('.')) {
-            continue;
-        }
-        if (isImageName(name)) {
-            images.push_back(makeEntry(below + entry->d_name));
-        }
-        if (subdirectories != nullptr && isDirectory(*entry, directory.get())) {
-            subdirectories->push_back(below + entry->d_name + '/');
+
+    /// Gives the folder what has been read, in order.
+    void moveTo(Folder &folder)
+    {
+        std::sort(m_entries.begin(), m_entries.end(), [](const Entry &a, const Entry &b) {
+            // UTF-8 sorts like the code points that it encodes.
+            return std::tie(a.key, *a.place, a.name) < std::tie(b.key, *b.place, b.name);
+        });
+        folder.images.reserve(m_entries.size());
+        std::string_view lastFolder;
+        for (const Entry &entry : m_entries) {
+            std::string path;
+            path.reserve(entry.place->size() + entry.name.size());
+            path.append(*entry.place).append(entry.name);
+            if (!entry.isFolder) {
+                folder.images.emplace_back(std::move(path));
+                continue;
+            }
+            if (entry.key != lastFolder) {
+                folder.subfolders.push_back({folder.images.size(), {}});
+                lastFolder = entry.key;
+            }
+            folder.subfolders.back().folder.places.push_back(std::move(path));
         }
     }
+
+private:
+    struct Entry {
+        std::string_view key;
+        std::string_view name; ///< as it is, a folder's with its slash
+        const std::string *place;
+        bool isFolder;
+    };
+
+    std::string_view keep(std::string_view text, std::string_view end)
+    {
+        char *const kept = static_cast<char *>(m_texts.allocate(text.size() + end.size(), 1));
+        std::copy(end.begin(), end.end(), std::copy(text.begin(), text.end(), kept));
+        return {kept, text.size() + end.size()};
+    }
+
+    void add(const std::string &place, std::string_view name, bool isFolder)
+    {
+        const std::string_view end = isFolder ? "/" : "";
+        const std::string_view kept = keep(name, end);
+        std::string_view key = kept;
+        if (!isAscii(name)) {
+            const QByteArray inNfc = composed(name);
+            key = keep({inNfc.constData(), static_cast<std::size_t>(inNfc.size())}, end);
+        }
+        m_entries.push_back({key, kept, &place, isFolder});
+    }
+
+    std::array<std::byte, 8192> m_buffer; ///< enough for the usual roll
+    std::pmr::monotonic_buffer_resource m_texts{m_buffer.data(), m_buffer.size()};
+    std::pmr::vector<Entry> m_entries{&m_texts};
+};
+
+void list(Folder &folder, bool withFolders)
+{
+    Entries entries;
+    for (const std::string &place : folder.places) {
+        entries.read(place, withFolders);
+    }
+    entries.moveTo(folder);
+}
+
+/// Lists all that is below, a level after the other: the folders of a level on all cores.
+void listTree(Folder &top)
+{
+    for (std::vector<Folder *> level{&top}; !level.empty();) {
+        shareOut(static_cast<int>(level.size()),
+                 [&level](int i) { list(*level[static_cast<std::size_t>(i)], true); });
+        std::vector<Folder *> next;
+        for (Folder *folder : level) {
+            for (Folder::Subfolder &subfolder : folder->subfolders) {
+                next.push_back(&subfolder.folder);
+            }
+        }
+        level = std::move(next);
+    }
+}
+
+/// Appends the images of a folder and of all below it.
+void collect(Folder &folder, std::vector<fs::path> &images)
+{
+    auto next = folder.images.begin();
+    const auto moveUntil = [&](auto end) {
+        images.insert(images.end(), std::make_move_iterator(next), std::make_move_iterator(end));
+        next = end;
+    };
+    for (Folder::Subfolder &subfolder : folder.subfolders) {
+        moveUntil(folder.images.begin() + static_cast<std::ptrdiff_t>(subfolder.imagesBefore));
+        collect(subfolder.folder, images);
+    }
+    moveUntil(folder.images.end());
 }
 
 } // namespace
@@ -106,29 +219,23 @@ void listDirectory(const fs::path &folder, const std::string &below, std::vector
 std::vector<fs::path> enumerateImages(const fs::path &in, bool recursive)
 {
     std::error_code failure;
-    const fs::path folder = fs::absolute(in, failure);
+    std::string place = fs::absolute(in, failure).native();
     if (failure) {
         return {};
     }
-    std::vector<Entry> images;
-    std::vector<std::string> pending{std::string()};
-    while (!pending.empty()) {
-        const std::string below = std::exchange(pending.back(), {});
-        pending.pop_back();
-        listDirectory(folder, below, images, recursive ? &pending : nullptr);
+    if (!place.ends_with('/')) {
+        place += '/';
     }
-    // UTF-8 sorts like the code points that it encodes. All paths share the folder's part, so
-    // the rest decides; names that differ only in bytes that are no UTF-8 fall back to these.
-    std::sort(images.begin(), images.end(), [](const Entry &a, const Entry &b) {
-        const int order = a.sortKey().compare(b.sortKey());
-        return order != 0 ? order < 0 : a.path < b.path;
-    });
-    std::vector<fs::path> paths;
-    paths.reserve(images.size());
-    for (const Entry &image : images) {
-        paths.push_back(folder / image.path);
+    Folder top;
+    top.places.push_back(std::move(place));
+    if (!recursive) {
+        list(top, false);
+        return std::move(top.images);
     }
-    return paths;
+    listTree(top);
+    std::vector<fs::path> images;
+    collect(top, images);
+    return images;
 }
 
 } // namespace quillmark::SlateDetector

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/Accessibility.h"
+#include "app/Memory.h"
 #include "app/SessionBridge.h"
 
 #include <QApplication>
@@ -40,6 +41,7 @@ public:
 private:
     static int &prepared(const QTemporaryDir &settings, int &argc)
     {
+        shareMemory();
         qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         return argc;

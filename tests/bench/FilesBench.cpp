@@ -46,11 +46,15 @@ void shell(const char *command, const fs::path &folder)
     }
 }
 
-void list(const fs::path &folder, bool recursive)
+using Listing = std::vector<fs::path>;
+
+Listing list(const fs::path &folder, bool recursive)
 {
-    if (SlateDetector::enumerateImages(folder, recursive).empty()) {
+    Listing images = SlateDetector::enumerateImages(folder, recursive);
+    if (images.empty()) {
         throw std::runtime_error("nothing to list");
     }
+    return images;
 }
 
 /// What a listing cannot go without: each entry's name.
@@ -73,27 +77,31 @@ void print(const Comparison &result, double times = 1)
 
 void tree(const fs::path &folder, int pairs)
 {
+    Listing images; // which a program has for longer than a listing takes
     print(bench::compareInTurns(
-        pairs, [&] { list(folder, true); },
-        [&] { shell(R"(find "$ROLL" | LC_ALL=C sort > /dev/null)", folder); }));
+        pairs, [&] { images = list(folder, true); },
+        [&] { shell(R"(find "$ROLL" | LC_ALL=C sort > /dev/null)", folder); },
+        [&] { images = {}; }));
 }
 
 void roll(const fs::path &folder, int pairs)
 {
     constexpr int times = 2000; // one takes microseconds
+    std::vector<Listing> listings(times);
     std::size_t letters = 0;
     print(bench::compareInTurns(
               pairs,
               [&] {
-                  for (int i = 0; i < times; ++i) {
-                      list(folder, false);
+                  for (Listing &images : listings) {
+                      images = list(folder, false);
                   }
               },
               [&] {
                   for (int i = 0; i < times; ++i) {
                       letters += readFolder(folder);
                   }
-              }),
+              },
+              [&] { listings.assign(times, {}); }),
           times);
     if (letters == 0) {
         throw std::runtime_error("nothing to list");

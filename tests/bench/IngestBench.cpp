@@ -5,7 +5,7 @@
 //   bench-ingest plan FOLDER PAIRS    from the drop of a folder whose first frame, a JPEG, is
 //                                     the slate to the plan on the screen, beside the decoding
 //                                     of that frame's luma
-//   bench-ingest again FOLDER TIMES   memory after one ingest, and after so many
+//   bench-ingest again FOLDER TIMES   memory after each of so many ingests
 
 #include "bench/BenchWindow.h"
 #include "bench/LumaFloor.h"
@@ -80,12 +80,12 @@ void ingest(bench::BenchWindow &window, const fs::path &folder)
 void again(const fs::path &folder, int times)
 {
     bench::BenchWindow window;
-    ingest(window, folder);
-    const double first = bench::residentMegabytes();
-    for (int i = 1; i < times; ++i) {
+    std::printf("{\"after_mb\": [");
+    for (int i = 0; i < times; ++i) {
         ingest(window, folder);
+        std::printf("%s%.2f", i == 0 ? "" : ", ", bench::residentMegabytes());
     }
-    std::printf("{\"first_mb\": %.2f, \"last_mb\": %.2f}\n", first, bench::residentMegabytes());
+    std::printf("]}\n");
 }
 
 } // namespace

@@ -7,8 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace quillmark {
 namespace {
@@ -99,6 +101,41 @@ TEST(ImageEnumeration, subfoldersAreListedOnlyWhenAskedInFullPathOrder)
     EXPECT_THAT(listing(roll.path(), false), ElementsAre("a.jpg", "sub1.jpg", "subA.jpg"));
     EXPECT_THAT(listing(roll.path(), true),
                 ElementsAre("a.jpg", "sub/deep/er/z.tif", "sub/x.jpg", "sub1.jpg", "subA.jpg"));
+}
+
+TEST(ImageEnumeration, foldersOfOneNameInTwoSpellingsAreListedAsOne)
+{
+    const test::TempDir roll;
+    const std::string composed = "caf\xC3\xA9";
+    const std::string decomposed = "cafe\xCC\x81";
+    for (const std::string &name :
+         {composed + "/1.jpg", decomposed + "/2.jpg", composed + "/3.jpg", decomposed + "/3.jpg",
+          composed + "/in/5.jpg", decomposed + "/in/4.jpg", std::string("cafe.jpg"),
+          composed + ".jpg"}) {
+        roll.write(name, "");
+    }
+    EXPECT_THAT(listing(roll.path(), true),
+                ElementsAre("cafe.jpg", composed + ".jpg", composed + "/1.jpg",
+                            decomposed + "/2.jpg", decomposed + "/3.jpg", composed + "/3.jpg",
+                            decomposed + "/in/4.jpg", composed + "/in/5.jpg"));
+}
+
+TEST(ImageEnumeration, aWholeTreeIsInTheOrderOfItsPaths)
+{
+    const test::TempDir roll;
+    std::vector<std::string> expected;
+    for (const char *folder :
+         {"", "a/", "a-b/", "a.jpg/", "a/0/", "a/9.jpg/", "b/c/d/e/f/", "\xC3\xA4/"}) {
+        for (const char *name : {"0.jpg", "a.tif", "a0.jpg", "a-1.jpg", "z.jpeg", "\xC3\xA4.jpg"}) {
+            expected.push_back(std::string(folder) + name);
+            roll.write(expected.back(), "");
+        }
+    }
+    expected.emplace_back("a.jpg"); // the folder
+    expected.emplace_back("a/9.jpg");
+    std::sort(expected.begin(), expected.end());
+    expected.erase(std::unique(expected.begin(), expected.end()), expected.end());
+    EXPECT_EQ(listing(roll.path(), true), expected);
 }
 
 TEST(ImageEnumeration, outputFoldersOfEarlierRunsAreOrdinary)
