@@ -4,7 +4,7 @@
 
 usage: bench.py BUILD_FOLDER [FIGURE...]
        bench.py BUILD_FOLDER recall [SEED [FRAMES]] [OPTION...]
-       bench.py BUILD_FOLDER plot FILE.svg
+       bench.py BUILD_FOLDER table|plot [FILE.svg]
 """
 
 import functools
@@ -18,8 +18,8 @@ import tempfile
 import time
 
 import files
-import plot
 import recall
+import report
 import window
 from display import VirtualDisplay
 
@@ -58,8 +58,8 @@ class Bench:
         from such.
         """
         self.rows.append(
-            {"what": what, "measured": measured, beside: floor, "figure": round(figure, 3),
-             "limit": round(limit, 3), "unit": unit, "met": figure <= limit,
+            {"what": what, "measured": measured, "floor": floor, "figure": round(figure, 3),
+             "beside": beside, "limit": round(limit, 3), "unit": unit, "met": figure <= limit,
              **({"points": points} if points else {})})
         mark = "ok  " if figure <= limit else "OVER"
         print(f"{mark} {what:<48} {measured:>12}  {beside:>9} {floor:>9}  "
@@ -202,7 +202,10 @@ def main():
         recall.run(bench, sys.argv[3:])
         return
     if sys.argv[2:3] == ["plot"]:
-        plot.draw(bench.results, sys.argv[3])
+        report.draw(bench.results, sys.argv[3])
+        return
+    if sys.argv[2:3] == ["table"]:
+        report.table(bench.results)
         return
     figures = {"frame": bench.frame, "memory": bench.memory, "tiff": bench.tiff,
                "picture": bench.picture, "start": bench.start}

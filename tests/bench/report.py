@@ -1,11 +1,25 @@
 # SPDX-FileCopyrightText: 2026 Quillmark authors
 # SPDX-License-Identifier: MIT
-"""Draws how costs grow with the size of a roll."""
+"""Shows what was measured: all of it as a table, how costs grow as a picture."""
 
 import json
 import re
 
 MARKS = "os^D"
+
+
+def read(results):
+    """The rows of the last measurements of each figure."""
+    return json.loads(results.read_text(encoding="utf-8"))
+
+
+def table(results):
+    """Prints the figures in Markdown."""
+    print("| what | measured | beside | | at most | |\n|---|---:|---|---:|---:|---|")
+    for row in read(results):
+        print(f"| {row['what']} | {row['measured']} | {row['beside']} {row['floor']} "
+              f"| {row['figure']:.2f} {row['unit']} | {row['limit']:.2f} "
+              f"| {'' if row['met'] else 'over'} |")
 
 
 def draw(results, picture):
@@ -16,7 +30,7 @@ def draw(results, picture):
     matplotlib.rcParams["svg.hashsalt"] = "quillmark"  # the same picture from the same figures
     from matplotlib import pyplot  # pylint: disable=import-outside-toplevel
 
-    rows = [row for row in json.loads(results.read_text(encoding="utf-8")) if "points" in row]
+    rows = [row for row in read(results) if row["unit"] == "n^"]
     if not rows:
         raise SystemExit("bench: nothing to draw; run script/bench growth first")
     figure, axes = pyplot.subplots(figsize=(7, 4.5), layout="constrained")
