@@ -57,7 +57,7 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
     const TempDir roll;
     roll.write("album.jpg/1.jpg", "new");
     roll.write("_originals/album.jpg/1.jpg", "true backup");
-    const std::string workplace = "roll/_originals/.quillmark-*";
+    const std::string workplace = "roll/_originals/.quillmark-1";
     const std::string copy = workplace + "/copy -> roll/_originals/album.jpg";
     const std::string aside = "roll/_originals/album.jpg -> " + workplace + "/replaced";
     // The file system cannot have the two change places, and then a rename fails too.
@@ -80,7 +80,7 @@ TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
     const TempDir roll;
     const Paths files{roll.write("a.jpg", "A")};
     const WatchedCalls watched({{roll.path(), "roll"}},
-                               {{"fstat", "roll/_originals/.quillmark-*", 1, EIO}});
+                               {{"fstat", "roll/_originals/.quillmark-1", 1, EIO}});
     Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
     EXPECT_TRUE(watched.faultsMet());
     EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
