@@ -75,6 +75,28 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
     EXPECT_EQ(contents(roll / "_originals").size(), 2U);
 }
 
+TEST_F(CheckThatFails, namesWhatItCouldNotLookAt)
+{
+    const fs::path folder = m_roll / "album.jpg";
+    fs::create_directory(folder);
+    // Looked at as a source, as to its kind, and as to whether the copies are to lie in it.
+    const FileError error = failureWith({folder}, {"stat", "roll/album.jpg", 3, EIO});
+    EXPECT_EQ(error.path1(), folder);
+}
+
+TEST(Preparation, namesTheFileInAFolderThatCouldNotBeCopied)
+{
+    const TempDir roll;
+    const fs::path file = roll.write("album.jpg/sub/1.jpg", "1");
+    const WatchedCalls watched({{roll.path(), "roll"}},
+                               {{"open", "roll/album.jpg/sub/1.jpg", 1, EACCES}});
+    const FileError error =
+        failureOf({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(error.path1(), file);
+    EXPECT_TRUE(error.description().contains(QStringLiteral("_originals/album.jpg/sub/1.jpg")));
+}
+
 TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
 {
     const TempDir roll;
