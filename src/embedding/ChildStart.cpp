@@ -3,6 +3,7 @@
 
 #include "embedding/ChildStart.h"
 
+#include "base/Uninterrupted.h"
 #include "base/UniqueFd.h"
 
 #include <fcntl.h>
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string_view>
 
 namespace quillmark {
 namespace {
@@ -37,8 +39,13 @@ struct Start {
 [[noreturn]] void giveUp(const Start &start, int code)
 {
     constexpr int notStarted = 127; // as shells have it
-    // A parent that cannot be told is gone.
-    [[maybe_unused]] const ssize_t told = ::write(start.report, &code, sizeof code);
+    const ssize_t told = uninterrupted([&] { return ::write(start.report, &code, sizeof code); });
+    if (told != sizeof code) {
+        // Without a report it passes for a program that ended: what it said has to tell.
+        constexpr std::string_view words = "The program could not be started.\n";
+        [[maybe_unused]] const ssize_t said =
+            ::write(start.descriptors.errors, words.data(), words.size());
+    }
     ::_exit(notStarted);
 }
 
@@ -58,8 +65,9 @@ void endWithParent(const Start &start)
 void give(const Start &start, int descriptor, int number)
 {
     // dup2 does nothing for equal numbers, and the descriptor would be closed by exec.
-    const int result =
-        descriptor == number ? ::fcntl(descriptor, F_SETFD, 0) : ::dup2(descriptor, number);
+    const int result = uninterrupted([&] {
+        return descriptor == number ? ::fcntl(descriptor, F_SETFD, 0) : ::dup2(descriptor, number);
+    });
     if (result < 0) {
         giveUp(start, errno);
     }

@@ -129,15 +129,17 @@ UniqueFd copyDirectory(const fs::path &source, const struct stat &status, const 
         entries = fs::directory_iterator(source, failure);
     }
     while (!failure && entries != fs::directory_iterator()) {
-        const fs::path inner = target / entries->path().filename();
-        if (staysALink(entries->path())) {
-            fs::copy_symlink(entries->path(), inner, failure);
+        const fs::path name = entries->path().filename();
+        const CopyNames innerNames(source / name, names.destination() / name);
+        if (staysALink(innerNames.source())) {
+            fs::copy_symlink(innerNames.source(), target / name, failure);
+            if (failure) {
+                innerNames.fail(failure);
+            }
         } else {
-            names.check(syncHandle(copyEntry(entries->path(), inner, names)));
+            innerNames.check(syncHandle(copyEntry(innerNames.source(), target / name, innerNames)));
         }
-        if (!failure) {
-            entries.increment(failure);
-        }
+        entries.increment(failure);
     }
     if (failure) {
         names.fail(failure);

@@ -69,18 +69,18 @@ void refuseSourcesThatAreDestinations(const std::vector<fs::path> &files,
 bool liesWithin(const fs::path &path, const fs::path &folder)
 {
     std::error_code failure;
-    for (fs::path above = fs::canonical(path, failure); !failure; above = above.parent_path()) {
-        if (fs::equivalent(above, folder, failure)) {
-            return true;
-        }
-        if (!above.has_relative_path()) {
-            break;
-        }
-    }
+    fs::path above = fs::canonical(path, failure);
     if (failure) {
         failToLookAt(path, failure);
     }
-    return false;
+    const auto sought = identity(folder, ::stat);
+    while (!sought || identity(above, ::stat) != sought) {
+        if (!above.has_relative_path()) {
+            return false;
+        }
+        above = above.parent_path();
+    }
+    return true;
 }
 
 bool isDirectory(const fs::path &path)

@@ -3,6 +3,8 @@
 
 #include "faults/CallWatch.h"
 
+#include "faults/ChildWatch.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,7 +13,7 @@
 #include <atomic>
 #include <map>
 #include <mutex>
-#include <regex>
+#include <string_view>
 
 namespace quillmark::test {
 namespace watch {
@@ -29,6 +31,8 @@ struct Watch {
     };
     std::vector<Awaited> faults;
     std::size_t pipes = 0;
+    /// Of the parts of names that were chosen at random, by what stands before them.
+    std::map<std::string_view, std::map<std::string, std::size_t>> numbers;
     std::map<int, std::string> descriptors;
     std::vector<SystemCall> calls;
 };
@@ -48,7 +52,7 @@ std::optional<Watch> &current()
 /// Whether there is a watch: asked without the lock, by every call of the process.
 constinit std::atomic<bool> watching = false;
 
-/// A child does not watch itself between fork() and its program.
+/// Between fork() and its program, a child has a watch of its own (ChildWatch.h).
 constinit std::atomic<pid_t> watched = 0;
 
 /// The watch's own work makes calls too, such as those of an allocation.
@@ -75,6 +79,7 @@ public:
     }
 
     explicit operator bool() const { return m_free && current(); }
+    Watch &operator*() const { return *current(); }
     Watch *operator->() const { return &*current(); }
 
 private:
@@ -82,22 +87,40 @@ private:
     std::unique_lock<std::mutex> m_lock;
 };
 
-/// Names that mkdtemp and mkostemp choose at random.
-std::string withoutRandomParts(const std::string &path)
+/// Gives what mkdtemp chose at random the number of its first appearance, from 1, so that a
+/// name is the same in another run; "new" where it has yet to choose.
+std::string withoutRandomParts(Watch &watch, std::string path)
 {
-    static const std::regex random(R"((\.quillmark-|Payload\.v2\.)[A-Za-z0-9]{6})");
-    return std::regex_replace(path, random, "$1*");
+    constexpr std::string_view placeholder = "XXXXXX";
+    for (const std::string_view prefix : {"/.quillmark-", "Payload.v2."}) {
+        const std::size_t found = ("/" + path).find(prefix);
+        if (found == std::string::npos) {
+            continue;
+        }
+        const std::size_t begin = found + prefix.size() - 1;
+        const std::string random = path.substr(begin, placeholder.size());
+        if (random.size() < placeholder.size()) {
+            continue;
+        }
+        std::string name = "new";
+        if (random != placeholder) {
+            auto &numbers = watch.numbers[prefix];
+            name = std::to_string(numbers.try_emplace(random, numbers.size() + 1).first->second);
+        }
+        path.replace(begin, placeholder.size(), name);
+    }
+    return path;
 }
 
-Subject labelled(const WatchedCalls::Labels &labels, const std::string &path)
+Subject labelled(Watch &watch, const std::string &path)
 {
-    for (const auto &[root, label] : labels) {
+    for (const auto &[root, label] : watch.labels) {
         const std::string &prefix = root.native();
         if (path == prefix) {
             return label;
         }
         if (path.starts_with(prefix) && path[prefix.size()] == '/') {
-            return label + withoutRandomParts(path.substr(prefix.size()));
+            return label + withoutRandomParts(watch, path.substr(prefix.size()));
         }
     }
     return std::nullopt;
@@ -127,7 +150,7 @@ std::pair<dev_t, ino_t> identityOf(const fs::path &path)
 Subject ofPath(const char *path)
 {
     const Held watch;
-    return watch && path != nullptr ? labelled(watch->labels, path) : std::nullopt;
+    return watch && path != nullptr ? labelled(*watch, path) : std::nullopt;
 }
 
 Subject ofPathAt(int folder, const char *path)
@@ -136,8 +159,10 @@ Subject ofPathAt(int folder, const char *path)
         return ofPath(path);
     }
     const Subject base = ofDescriptor(folder);
-    return base ? Subject(*base + (path[0] == '\0' ? "" : "/") + withoutRandomParts(path))
-                : std::nullopt;
+    const Held watch;
+    return base && watch
+               ? Subject(*base + (path[0] == '\0' ? "" : "/") + withoutRandomParts(*watch, path))
+               : std::nullopt;
 }
 
 Subject ofDescriptor(int descriptor)
@@ -192,14 +217,19 @@ Order orderFor(const char *function, const Subject &subject)
     if (!watch) {
         return {};
     }
+    const Fault *due = nullptr;
     for (Watch::Awaited &awaited : watch->faults) {
         const Fault &fault = awaited.fault;
-        if (fault.function == function && fault.subject == *subject &&
-            ++awaited.occurrences == fault.occurrence) {
-            return {.error = fault.error, .halved = fault.error == 0};
+        if (fault.function != function || (!fault.subject.empty() && fault.subject != *subject)) {
+            continue;
+        }
+        ++awaited.occurrences;
+        if (fault.occurrence == awaited.occurrences ||
+            (fault.occurrence == Fault::always && due == nullptr)) {
+            due = &fault;
         }
     }
-    return {};
+    return due != nullptr ? Order{.error = due->error, .halved = due->error == 0} : Order{};
 }
 
 void report(const char *function, const Subject &subject, bool failed, const Report &details)
@@ -225,8 +255,11 @@ WatchedCalls::WatchedCalls(Labels labels, std::vector<Fault> faults)
 {
     watch::current().emplace();
     watch::current()->labels = std::move(labels);
+    watch::planForChild(faults);
     for (Fault &fault : faults) {
-        watch::current()->faults.push_back({std::move(fault)});
+        if (fault.subject != watch::childItself) {
+            watch::current()->faults.push_back({std::move(fault)});
+        }
     }
     watch::watched = ::getpid();
     watch::watching = true;
@@ -237,18 +270,24 @@ WatchedCalls::~WatchedCalls()
     const watch::Held held;
     watch::watching = false;
     watch::current().reset();
+    watch::planForChild({});
 }
 
 std::vector<SystemCall> WatchedCalls::calls() const
 {
     const watch::Held held;
-    return held->calls;
+    std::vector<SystemCall> calls = held->calls;
+    for (SystemCall &call : watch::callsOfChild()) {
+        calls.push_back(std::move(call));
+    }
+    return calls;
 }
 
 bool WatchedCalls::faultsMet() const
 {
     const watch::Held held;
-    return std::all_of(held->faults.begin(), held->faults.end(),
+    return watch::childMetItsFaults() &&
+           std::all_of(held->faults.begin(), held->faults.end(),
                        [](const auto &awaited) { return awaited.isMet(); });
 }
 

@@ -3,18 +3,54 @@
 
 // Stands before the C library's functions for processes and their pipes.
 
-#include "faults/CallWatch.h"
+#include "faults/ChildWatch.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdarg>
 
 using namespace quillmark::test::watch;
+
+namespace {
+
+/// The library's functions that a child calls before it becomes its program. They are looked up
+/// before the fork: the child may not ask the linker, which has locks.
+struct LibraryForChild {
+    int (*prctl)(int, ...) = libraryFunction<int(int, ...)>("prctl");
+    int (*dup2)(int, int) = libraryFunction<int(int, int)>("dup2");
+    int (*execve)(const char *, char *const *, char *const *) =
+        libraryFunction<int(const char *, char *const *, char *const *)>("execve");
+    int (*setAction)(int, const struct sigaction *, struct sigaction *) =
+        libraryFunction<int(int, const struct sigaction *, struct sigaction *)>("sigaction");
+    int (*sigprocmask)(int, const sigset_t *, sigset_t *) =
+        libraryFunction<int(int, const sigset_t *, sigset_t *)>("sigprocmask");
+    int (*getrlimit)(__rlimit_resource_t, struct rlimit *) =
+        libraryFunction<int(__rlimit_resource_t, struct rlimit *)>("getrlimit");
+    int (*setrlimit)(__rlimit_resource_t, const struct rlimit *) =
+        libraryFunction<int(__rlimit_resource_t, const struct rlimit *)>("setrlimit");
+};
+
+const LibraryForChild &library()
+{
+    static const LibraryForChild found;
+    return found;
+}
+
+/// A call that is nobody's business but a child's.
+template <typename Call>
+int ofChildAlone(const char *function, Call call)
+{
+    return isChild() ? passOnInChild(function, [&](bool) { return call(); }) : call();
+}
+
+} // namespace
 
 extern "C" {
 
@@ -48,6 +84,9 @@ int posix_spawn(pid_t *pid, const char *path, const posix_spawn_file_actions_t *
 pid_t fork() noexcept
 {
     static auto *const real = libraryFunction<pid_t()>("fork");
+    library();
+    prepareDataCallsForChild();
+    prepareFileCallsForChild();
     const Subject subject = ofChild("child");
     const Order order = subject ? orderFor("fork", subject) : Order{};
     if (subject) {
@@ -57,7 +96,11 @@ pid_t fork() noexcept
         errno = order.error;
         return -1;
     }
-    return real();
+    const pid_t pid = real();
+    if (pid == 0 && subject) {
+        becomeChild();
+    }
+    return pid;
 }
 
 int poll(struct pollfd *polled, nfds_t count, int patience)
@@ -103,18 +146,44 @@ int kill(pid_t pid, int signal) noexcept
     return passOn("kill", ofChild("child"), {}, [&](bool) { return real(pid, signal); });
 }
 
+int prctl(int option, ...) noexcept
+{
+    va_list arguments;
+    va_start(arguments, option);
+    const auto argument = va_arg(arguments, unsigned long);
+    va_end(arguments);
+    return ofChildAlone("prctl", [&] { return library().prctl(option, argument, 0UL, 0UL, 0UL); });
+}
+
+int dup2(int descriptor, int number) noexcept
+{
+    return ofChildAlone("dup2", [&] { return library().dup2(descriptor, number); });
+}
+
+int execve(const char *program, char *const arguments[], char *const environment[]) noexcept
+{
+    return ofChildAlone("execve",
+                        [&] { return library().execve(program, arguments, environment); });
+}
+
+int sigaction(int signal, const struct sigaction *action, struct sigaction *before) noexcept
+{
+    return ofChildAlone("sigaction", [&] { return library().setAction(signal, action, before); });
+}
+
+int sigprocmask(int how, const sigset_t *signals, sigset_t *before) noexcept
+{
+    return ofChildAlone("sigprocmask", [&] { return library().sigprocmask(how, signals, before); });
+}
+
 int getrlimit(__rlimit_resource_t resource, struct rlimit *limit) noexcept
 {
-    static auto *const real =
-        libraryFunction<int(__rlimit_resource_t, struct rlimit *)>("getrlimit");
-    return passOn("getrlimit", ofChild("child"), {}, [&](bool) { return real(resource, limit); });
+    return ofChildAlone("getrlimit", [&] { return library().getrlimit(resource, limit); });
 }
 
 int setrlimit(__rlimit_resource_t resource, const struct rlimit *limit) noexcept
 {
-    static auto *const real =
-        libraryFunction<int(__rlimit_resource_t, const struct rlimit *)>("setrlimit");
-    return passOn("setrlimit", ofChild("child"), {}, [&](bool) { return real(resource, limit); });
+    return ofChildAlone("setrlimit", [&] { return library().setrlimit(resource, limit); });
 }
 
 } // extern "C"

@@ -3,29 +3,27 @@
 
 // Stands before the C library's functions for files that are open.
 
-#include "faults/CallWatch.h"
+#include "faults/ChildWatch.h"
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/mman.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdarg>
+
+// Both names under which the library has such a function stand here: which one a caller has
+// depends on how it was built.
 
 using namespace quillmark::test::watch;
 
 namespace {
 
-/// Half of a count of bytes, of which at least one is left.
-std::size_t halfOf(std::size_t count)
-{
-    return std::max<std::size_t>(count / 2, std::min<std::size_t>(count, 1));
-}
+// A child calls it too, before it becomes its program.
+int (*libraryFcntl)(int, int, ...) = nullptr;
 
 Subject ofOpening(const Subject &path, int flags)
 {
@@ -63,6 +61,15 @@ mode_t modeFor(int flags, va_list &arguments)
 }
 
 } // namespace
+
+namespace quillmark::test::watch {
+
+void prepareFileCallsForChild()
+{
+    libraryFcntl = libraryFunction<int(int, int, ...)>("fcntl");
+}
+
+} // namespace quillmark::test::watch
 
 extern "C" {
 
@@ -113,44 +120,6 @@ int close(int descriptor)
     return passOn("close", subject, details, [&](bool) { return result; });
 }
 
-ssize_t read(int descriptor, void *buffer, std::size_t count)
-{
-    static auto *const real = libraryFunction<decltype(read)>("read");
-    return passOn("read", ofDescriptor(descriptor), {.descriptor = descriptor}, [&](bool halved) {
-        return real(descriptor, buffer, halved ? halfOf(count) : count);
-    });
-}
-
-ssize_t write(int descriptor, const void *buffer, std::size_t count)
-{
-    static auto *const real = libraryFunction<decltype(write)>("write");
-    return passOn(
-        "write", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
-        [&](bool halved) { return real(descriptor, buffer, halved ? halfOf(count) : count); });
-}
-
-ssize_t copy_file_range(int from, off64_t *fromOffset, int to, off64_t *toOffset, std::size_t count,
-                        unsigned int flags)
-{
-    static auto *const real = libraryFunction<decltype(copy_file_range)>("copy_file_range");
-    // Half of what is asked for is more than there is: half of what is there, then.
-    struct stat status {};
-    return passOn("copy_file_range", ofDescriptor(to), {.changes = true, .descriptor = to},
-                  [&](bool halved) {
-                      if (halved && fstat(from, &status) == 0) {
-                          count = halfOf(static_cast<std::size_t>(status.st_size));
-                      }
-                      return real(from, fromOffset, to, toOffset, count, flags);
-                  });
-}
-
-ssize_t sendfile(int to, int from, off_t *offset, std::size_t count) noexcept
-{
-    static auto *const real = libraryFunction<ssize_t(int, int, off_t *, std::size_t)>("sendfile");
-    return passOn("sendfile", ofDescriptor(to), {.changes = true, .descriptor = to},
-                  [&](bool halved) { return real(to, from, offset, halved ? count / 2 : count); });
-}
-
 int ioctl(int descriptor, unsigned long request, ...) noexcept
 {
     static auto *const real = libraryFunction<int(int, unsigned long, ...)>("ioctl");
@@ -158,19 +127,35 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept
     va_start(arguments, request);
     void *const argument = va_arg(arguments, void *);
     va_end(arguments);
-    return passOn("ioctl", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
+    const bool clones = request == FICLONE;
+    return passOn(clones ? "ioctl(FICLONE)" : "ioctl", ofDescriptor(descriptor),
+                  {.changes = clones, .descriptor = descriptor},
                   [&](bool) { return real(descriptor, request, argument); });
 }
 
 int fcntl(int descriptor, int command, ...)
 {
-    static auto *const real = libraryFunction<int(int, int, ...)>("fcntl");
     va_list arguments;
     va_start(arguments, command);
     void *const argument = va_arg(arguments, void *);
     va_end(arguments);
-    return passOn("fcntl", ofDescriptor(descriptor), {.descriptor = descriptor},
-                  [&](bool) { return real(descriptor, command, argument); });
+    const auto call = [&](bool) { return libraryFcntl(descriptor, command, argument); };
+    if (isChild()) {
+        return passOnInChild("fcntl", call);
+    }
+    if (libraryFcntl == nullptr) {
+        prepareFileCallsForChild();
+    }
+    return passOn("fcntl", ofDescriptor(descriptor), {.descriptor = descriptor}, call);
+}
+
+int fcntl64(int descriptor, int command, ...)
+{
+    va_list arguments;
+    va_start(arguments, command);
+    void *const argument = va_arg(arguments, void *);
+    va_end(arguments);
+    return fcntl(descriptor, command, argument);
 }
 
 int flock(int descriptor, int operation) noexcept
@@ -192,6 +177,13 @@ int fdatasync(int descriptor)
     static auto *const real = libraryFunction<decltype(fdatasync)>("fdatasync");
     return passOn("fdatasync", ofDescriptor(descriptor), {.descriptor = descriptor},
                   [&](bool) { return real(descriptor); });
+}
+
+int sync_file_range(int descriptor, off64_t offset, off64_t count, unsigned int flags)
+{
+    static auto *const real = libraryFunction<decltype(sync_file_range)>("sync_file_range");
+    return passOn("sync_file_range", ofDescriptor(descriptor), {.descriptor = descriptor},
+                  [&](bool) { return real(descriptor, offset, count, flags); });
 }
 
 int ftruncate(int descriptor, off_t size) noexcept
@@ -233,24 +225,6 @@ int futimens(int descriptor, const struct timespec times[2]) noexcept
     static auto *const real = libraryFunction<int(int, const struct timespec *)>("futimens");
     return passOn("futimens", ofDescriptor(descriptor), {.changes = true, .descriptor = descriptor},
                   [&](bool) { return real(descriptor, times); });
-}
-
-void *mmap64(void *address, std::size_t size, int protection, int flags, int descriptor,
-             off64_t offset) noexcept
-{
-    static auto *const real =
-        libraryFunction<void *(void *, std::size_t, int, int, int, off64_t)>("mmap64");
-    const Subject subject = descriptor >= 0 ? ofDescriptor(descriptor) : std::nullopt;
-    const Order order = subject ? orderFor("mmap", subject) : Order{};
-    void *result = MAP_FAILED;
-    if (order.error == 0) {
-        result = real(address, size, protection, flags, descriptor, offset);
-    }
-    if (subject) {
-        report("mmap", subject, result == MAP_FAILED, {.descriptor = descriptor});
-        errno = order.error;
-    }
-    return result;
 }
 
 DIR *opendir(const char *path)

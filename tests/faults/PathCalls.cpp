@@ -32,6 +32,14 @@ int statAs(const char *name, const char *function, const char *path, Status *sta
     return passOn(function, ofPath(path), {}, [&](bool) { return real(path, status); });
 }
 
+template <typename Status>
+int statAtAs(const char *name, int folder, const char *path, Status *status, int flags)
+{
+    auto *const real = libraryFunction<int(int, const char *, Status *, int)>(name);
+    return passOn("fstatat", ofPathAt(folder, path), {},
+                  [&](bool) { return real(folder, path, status, flags); });
+}
+
 } // namespace
 
 extern "C" {
@@ -54,6 +62,16 @@ int lstat(const char *path, struct stat *status) noexcept
 int lstat64(const char *path, struct stat64 *status) noexcept
 {
     return statAs("lstat64", "lstat", path, status);
+}
+
+int fstatat(int folder, const char *path, struct stat *status, int flags) noexcept
+{
+    return statAtAs("fstatat", folder, path, status, flags);
+}
+
+int fstatat64(int folder, const char *path, struct stat64 *status, int flags) noexcept
+{
+    return statAtAs("fstatat64", folder, path, status, flags);
 }
 
 int statx(int folder, const char *path, int flags, unsigned int mask, struct statx *status) noexcept
@@ -179,6 +197,21 @@ int chmod(const char *path, mode_t mode) noexcept
     static auto *const real = libraryFunction<int(const char *, mode_t)>("chmod");
     return passOn("chmod", ofPath(path), {.changes = true, .path = path},
                   [&](bool) { return real(path, mode); });
+}
+
+int fchmodat(int folder, const char *path, mode_t mode, int flags) noexcept
+{
+    static auto *const real = libraryFunction<int(int, const char *, mode_t, int)>("fchmodat");
+    return passOn("fchmodat", ofPathAt(folder, path), {.changes = true},
+                  [&](bool) { return real(folder, path, mode, flags); });
+}
+
+int utimensat(int folder, const char *path, const struct timespec times[2], int flags) noexcept
+{
+    static auto *const real =
+        libraryFunction<int(int, const char *, const struct timespec *, int)>("utimensat");
+    return passOn("utimensat", ofPathAt(folder, path), {.changes = true},
+                  [&](bool) { return real(folder, path, times, flags); });
 }
 
 int truncate(const char *path, off_t size) noexcept

@@ -57,7 +57,7 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
     const TempDir roll;
     roll.write("album.jpg/1.jpg", "new");
     roll.write("_originals/album.jpg/1.jpg", "true backup");
-    const std::string workplace = "roll/_originals/.quillmark-*";
+    const std::string workplace = "roll/_originals/.quillmark-1";
     const std::string copy = workplace + "/copy -> roll/_originals/album.jpg";
     const std::string aside = "roll/_originals/album.jpg -> " + workplace + "/replaced";
     // The file system cannot have the two change places, and then a rename fails too.
@@ -75,12 +75,34 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
     EXPECT_EQ(contents(roll / "_originals").size(), 2U);
 }
 
+TEST_F(CheckThatFails, namesWhatItCouldNotLookAt)
+{
+    const fs::path folder = m_roll / "album.jpg";
+    fs::create_directory(folder);
+    // Looked at as a source, as to its kind, and as to whether the copies are to lie in it.
+    const FileError error = failureWith({folder}, {"stat", "roll/album.jpg", 3, EIO});
+    EXPECT_EQ(error.path1(), folder);
+}
+
+TEST(Preparation, namesTheFileInAFolderThatCouldNotBeCopied)
+{
+    const TempDir roll;
+    const fs::path file = roll.write("album.jpg/sub/1.jpg", "1");
+    const WatchedCalls watched({{roll.path(), "roll"}},
+                               {{"open", "roll/album.jpg/sub/1.jpg", 1, EACCES}});
+    const FileError error =
+        failureOf({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(error.path1(), file);
+    EXPECT_TRUE(error.description().contains(QStringLiteral("_originals/album.jpg/sub/1.jpg")));
+}
+
 TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
 {
     const TempDir roll;
     const Paths files{roll.write("a.jpg", "A")};
     const WatchedCalls watched({{roll.path(), "roll"}},
-                               {{"fstat", "roll/_originals/.quillmark-*", 1, EIO}});
+                               {{"fstat", "roll/_originals/.quillmark-1", 1, EIO}});
     Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
     EXPECT_TRUE(watched.faultsMet());
     EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});

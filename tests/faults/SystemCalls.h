@@ -25,17 +25,20 @@ struct SystemCall {
     std::pair<dev_t, ino_t> folder{};
 };
 
-/// One call that is to fail, once.
+/// One call that is to fail, once; or all calls of a kind.
 struct Fault {
+    static constexpr int always = 0;
+
     std::string function;
-    std::string subject;
-    int occurrence = 1; ///< counted from 1 among the calls of this function on this subject
-    int error = 0;      ///< the errno; 0 has the call move half of the bytes asked for only
+    std::string subject; ///< empty for any
+    int occurrence = 1;  ///< counted from 1 among the calls of this function on this subject
+    int error = 0;       ///< the errno; 0 has the call move half of the bytes asked for only
 };
 
 /// Watches the calls of this process, in all its threads and in all libraries, for as long as
 /// it lives: those that concern what lies below one of the paths given or a descriptor opened
-/// there, and all that concern a child. The calls of the child itself are not among them.
+/// there, and all that concern a child. Those of the child itself, from fork() to its program,
+/// come last, with the subject "child itself".
 ///
 /// It stands on functions of the C library's names that an executable with this source in it
 /// exports, and which therefore are found before the library's own. One at a time.
@@ -43,7 +46,8 @@ class WatchedCalls
 {
 public:
     /// A path and the label under which it stands in `subject`. Random parts of names below it
-    /// are written as "*". Paths are absolute and without links.
+    /// are written as numbers, in the order of their appearance. Paths are absolute and without
+    /// links.
     using Labels = std::vector<std::pair<std::filesystem::path, std::string>>;
 
     explicit WatchedCalls(Labels labels, std::vector<Fault> faults = {});

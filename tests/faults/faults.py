@@ -5,8 +5,10 @@
 usage: faults.py DRIVER [--sample N] [--mode MODE] [--roll NAME] [--call FUNCTION] [--jobs N]
 
 A run without a fault is watched first. Then, for each call that it made and each errno that
-fits the call, a run over a fresh copy of the same roll has that call fail, once. The listing of
-the folder is left out: what it cannot read, it passes over. So are the calls of the child.
+fits the call, a run over a fresh copy of the same roll has that call fail, once. So it is for the
+further calls of runs in which something fails always: where files cannot share blocks, where the
+kernel cannot copy them, where names cannot change places, where the program cannot be started. The listing of the folder is left
+out: what it cannot read, it passes over. So are the calls of the child once it is its program.
 """
 
 import argparse
@@ -19,79 +21,37 @@ import sys
 import tempfile
 import time
 
-from judge import Judge
+from errors import error_name, errors_for
+from judge import CHILD_ITSELF, Judge
 from rolls import ROLLS, Place
 from runner import Run, RunFailed
 
 MODES = ("backup-originals", "write-copies", "none")
-PART = 0  # in place of an errno: half of the bytes asked for
 
-READING = (errno.EIO, errno.EACCES, errno.EMFILE, errno.EINTR)
-CREATING = (errno.EIO, errno.ENOSPC, errno.EACCES, errno.EROFS, errno.EMFILE, errno.EINTR)
-CHANGING = (errno.EIO, errno.ENOSPC, errno.EACCES, errno.EROFS)
-LOOKING = (errno.EIO, errno.EACCES)
-
-# What each call can fail with, as far as its manual page and the kernel go.
-ERRORS = {
-    "access": (errno.EIO, errno.EACCES, errno.EROFS),
-    "chmod": (errno.EIO, errno.EROFS, errno.EPERM),
-    "close": (errno.EIO, errno.EINTR, errno.ENOSPC),
-    "closedir": (errno.EIO, errno.EINTR),
-    "copy_file_range": (errno.EIO, errno.ENOSPC, errno.EINTR, errno.EXDEV, errno.ENOSYS, PART),
-    "fchmod": (errno.EIO, errno.EROFS, errno.EPERM),
-    "fcntl": (errno.EIO, errno.EINTR),
-    "fdatasync": (errno.EIO, errno.ENOSPC, errno.EROFS, errno.EINTR),
-    "fdopendir": (errno.EIO, errno.ENOMEM),
-    "flock": (errno.EIO, errno.EINTR, errno.ENOLCK),
-    "fork": (errno.EAGAIN, errno.ENOMEM),
-    "fstat": LOOKING,
-    "fsync": (errno.EIO, errno.ENOSPC, errno.EROFS, errno.EINTR),
-    "ftruncate": CHANGING + (errno.EINTR,),
-    "futimens": (errno.EIO, errno.EROFS, errno.EACCES, errno.EPERM),
-    "getrlimit": (errno.EPERM,),
-    "ioctl": (errno.EIO, errno.ENOSPC, errno.EINTR, errno.EXDEV, errno.EOPNOTSUPP),
-    "kill": (errno.EPERM,),
-    "linkat": CHANGING,
-    "lseek": (errno.EIO,),
-    "lstat": LOOKING,
-    "mkdir": CHANGING,
-    "mkdtemp": CHANGING,
-    "mkostemp": CREATING,
-    "mmap": (errno.EACCES, errno.ENOMEM),
-    "opendir": READING,
-    "pipe2": (errno.EMFILE, errno.ENFILE),
-    "poll": (errno.EINTR, errno.ENOMEM),
-    "posix_spawn": (errno.EAGAIN, errno.ENOMEM, errno.EACCES, errno.EIO, errno.EMFILE),
-    "read": (errno.EIO, errno.EINTR, PART),
-    "readdir": (errno.EIO,),
-    "readlink": LOOKING,
-    "realpath": LOOKING,
-    "remove": CHANGING,
-    "rename": CHANGING,
-    "renameat2": CHANGING + (errno.EINVAL,),
-    "rmdir": CHANGING,
-    "setrlimit": (errno.EPERM,),
-    "stat": LOOKING,
-    "statx": LOOKING,
-    "symlink": CHANGING,
-    "unlink": CHANGING,
-    "unlinkat": CHANGING,
-    "waitpid": (errno.EINTR, errno.ECHILD),
-    "write": (errno.EIO, errno.ENOSPC, errno.EINTR, PART),
-}
+# What fails in every call of a run, so that it goes another way: as FUNCTION SUBJECT OCCURRENCE
+# ERRNO of the program that makes the runs, where no subject is any and occurrence 0 is every one.
+# "anew" are the functions that do something else there under the name of a call of the usual way.
+Way = collections.namedtuple("Way", "name always anew")
+USUAL = Way("usual", (), ())
+NOT_STARTED = Way("not started", (("execve", CHILD_ITSELF, 0, errno.EIO),), ())
+WAYS = (
+    USUAL,
+    Way("in the kernel", (("ioctl(FICLONE)", "", 0, errno.EOPNOTSUPP),), ()),
+    Way(
+        "through memory",
+        (("ioctl(FICLONE)", "", 0, errno.EOPNOTSUPP), ("copy_file_range", "", 0, errno.ENOSYS)),
+        ("read", "write"),
+    ),
+    Way("in two steps", (("renameat2", "", 0, errno.EINVAL),), ()),
+    NOT_STARTED,
+)
 
 Point = collections.namedtuple("Point", "function subject occurrence errors")
-Case = collections.namedtuple("Case", "roll mode point error")
+Case = collections.namedtuple("Case", "roll mode way point error")
 
 
-def error_name(error):
-    return errno.errorcode[error] if error else "part"
-
-
-def errors_for(function, changes):
-    if function in ("open", "openat"):
-        return CREATING if changes else READING
-    return ERRORS[function]
+def faults_of(case):
+    return (*case.way.always, (case.point.function, case.point.subject, case.point.occurrence, case.error))
 
 
 def points_of(calls):
@@ -107,32 +67,52 @@ def points_of(calls):
     return points
 
 
-def watched(driver, roll, mode):
-    """The points that two runs without a fault have in common: how often a child is looked
-    after depends on its speed. And the judge that knows what such a run leaves."""
+def watched(driver, roll, mode, way):
+    """The points that two runs without a further fault have in common: how often a child is
+    looked after depends on its speed. And the judge that knows what such a run leaves."""
     common = None
     for _ in range(2):
         with Place(roll) as place:
-            with Run(driver, place, mode) as run:
+            with Run(driver, place, mode, way.always) as run:
                 result = run.first()
-                judge = Judge(place, mode, result)
+                judge = Judge(place, mode, result) if way != NOT_STARTED else None
                 found = points_of(result["calls"])
                 common = found if common is None else [p for p in common if p in found]
     return common, judge
+
+
+def cases_of(driver, roll, mode):
+    """All the cases of a roll and a mode, with the judge of each way."""
+    usual = None
+    cases = []
+    judges = {}
+    for way in WAYS if mode != "none" else (USUAL, NOT_STARTED):
+        points, judge = watched(driver, roll, mode, way)
+        judges[way] = judge or judges[USUAL]
+        usual = usual or points
+        always = [(function, subject) for function, subject, _, _ in way.always]
+        for point in points:
+            known = point in usual and point.function not in way.anew
+            fails = (point.function, "") in always or (point.function, point.subject) in always
+            if way == USUAL or not (known or fails):
+                cases += [Case(roll, mode, way, point, error) for error in point.errors]
+    return cases, judges
 
 
 def try_case(driver, judge, case):
     """What is wrong after a case and after the run that follows it; None where the call that
     was to fail was never made."""
     for _ in range(3):
-        with Place(case.roll) as place, Run(driver, place, case.mode, case) as run:
+        with Place(case.roll) as place, Run(driver, place, case.mode, faults_of(case)) as run:
             try:
                 result = run.first()
                 if not result["met"]:
                     continue
                 problems = judge.after_fault(place, case, result)
                 before = place.files()
-                problems += judge.after_next(place, before, run.next())
+                following = run.next()
+                problems += judge.after_next(place, before, following)
+                problems += judge.given_back(result, following)
             except RunFailed as failure:
                 return "other", [str(failure)]
             return result["state"], problems
@@ -170,10 +150,8 @@ def main(arguments):
     cases = []
     for roll in rolls:
         for mode in modes:
-            points, judges[roll, mode] = watched(options.driver, roll, mode)
-            for point in points:
-                if options.call in (None, point.function):
-                    cases += [Case(roll, mode, point, error) for error in point.errors]
+            found, judges[roll, mode] = cases_of(options.driver, roll, mode)
+            cases += [case for case in found if options.call in (None, case.point.function)]
     if options.sample:
         step = max(1, len(cases) // options.sample)
         cases = cases[step // 2 :: step]
@@ -182,7 +160,8 @@ def main(arguments):
     broken = []
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         verdicts = pool.map(
-            lambda case: try_case(options.driver, judges[case.roll, case.mode], case), cases
+            lambda case: try_case(options.driver, judges[case.roll, case.mode][case.way], case),
+            cases,
         )
         for number, (case, (state, problems)) in enumerate(zip(cases, verdicts), start=1):
             if number % 200 == 0:
@@ -191,7 +170,7 @@ def main(arguments):
                 (case.mode, case.point.function),
                 {"points": set(), **dict.fromkeys(("tried", "held", "done", "error"), 0)},
             )
-            row["points"].add((case.roll, case.point))
+            row["points"].add((case.roll, case.way, case.point))
             row["tried"] += 1
             row["held"] += problems == []
             if state in row:
@@ -200,12 +179,20 @@ def main(arguments):
                 name = f"{case.point.function} #{case.point.occurrence} {error_name(case.error)}"
                 complaint = problems or ["the call was not made again"]
                 broken.append(
-                    f"{case.mode}, roll {case.roll}: {name} on {case.point.subject}\n    "
+                    f"{case.mode}, roll {case.roll}, {case.way.name}: {name} on {case.point.subject}\n    "
                     + "\n    ".join(complaint)
                 )
                 print(f"NOT HELD {broken[-1]}", flush=True)
 
     show(dict(sorted(rows.items(), key=lambda row: (MODES.index(row[0][0]), row[0][1]))))
+    for mode in modes:
+        of_mode = [row for (name, _), row in rows.items() if name == mode]
+        points, tried, held = (
+            sum(len(row["points"]) for row in of_mode),
+            sum(row["tried"] for row in of_mode),
+            sum(row["held"] for row in of_mode),
+        )
+        print(f"faults: {mode}: {points} calls, {tried} faults tried, {held} held")
     points = sum(len(row["points"]) for row in rows.values())
     held = len(cases) - len(broken)
     print(

@@ -3,8 +3,11 @@
 """Says what is wrong with what a run left behind."""
 
 import errno
+import re
 
-from rolls import listed
+from rolls import ABANDONED, listed
+
+CHILD_ITSELF = "child itself"
 
 SETTINGS = {
     "Larkhollow",
@@ -31,6 +34,12 @@ class Judge:
             if is_original(path, content) and path not in self.earlier_tmp
         }
         self.copies = COPIES[mode]
+        self.abandoned = {path for path in place.before if path.startswith(f"{self.copies}/{ABANDONED}")}
+        # What a workplace is for, by the number that the watch gives it, in their order.
+        self.workplaces = {}
+        for _, subject, _ in result["calls"]:
+            if made := re.fullmatch(r"roll/\w+/\.quillmark-(\d+)/copy -> (.*)", subject):
+                self.workplaces[made[1]] = made[2]
         after = place.files()
         tagged = self.copies + "/" if mode == "write-copies" else ""
         self.tagged = {path: after.get(tagged + path) for path in self.originals}
@@ -39,39 +48,78 @@ class Judge:
         if problems or same:
             raise SystemExit(f"faults: a run without a fault went wrong: {problems}, {same} {result['text']}")
 
-    def after_success(self, place, result):
+    def after_success(self, place, result, keeps_abandoned=False):
         """Of a run that may not fail."""
         if result["state"] != "done":
             return [f"the run failed: {result['text']}"]
-        problems = self._whole(place) + self._complete(place)
+        problems = self._whole(place, keeps_abandoned) + self._complete(place)
         if result["stored"] != "typed":
             problems.append(f"the payload was not stored: {result['stored']}")
         return problems
 
     def after_fault(self, place, case, result):
+        # What an earlier run left may stay for the next where it could not be removed.
+        folder = f"roll/{self.copies}"
+        keeps_abandoned = bool(
+            re.match(re.escape(folder) + r"(/\.quillmark-1(/|$)|$)", case.point.subject)
+        )
         if case.point.subject.startswith("settings"):
-            problems = self._settings_fault(place, result)
-        elif case.error in (0, errno.EINTR):
-            problems = self.after_success(place, result)
-        elif result["state"] == "done":
-            problems = self.after_success(place, result)
-        elif result["state"] == "error":
-            problems = self._whole(place)
-            frames = [path.split("/")[-1] for path in self.originals]
-            names = [*frames, "album.jpg", self.copies or "/roll", "/roll”", "exiftool"]
-            if not any(name in result["text"] for name in names):
-                problems.append(f"the text does not name what failed: {result['text']}")
-            if result["stored"] != "typed":
-                problems.append(f"the payload was not stored: {result['stored']}")
-        else:
-            problems = [f"the run ended in no state: {result}"]
+            return self._settings_fault(place, result)
+        if case.way.name != "not started":
+            if result["state"] == "done" or case.error in (0, errno.EINTR):
+                return self.after_success(place, result, keeps_abandoned)
+        if result["state"] != "error":
+            return [f"the run ended in no state that fits: {result}"]
+        problems = self._whole(place, keeps_abandoned) + self._untold(case.point, result["text"])
+        if result["stored"] != "typed":
+            problems.append(f"the payload was not stored: {result['stored']}")
+        return problems
+
+    def _untold(self, point, text):
+        """What the text of an error fails to tell."""
+        problems = []
+        if not any(re.search(name, text) for name in self._names(point)):
+            problems.append(f"the text does not name what failed: {text}")
+        exited = re.fullmatch(r"exiftool exited with code -?\d+\n\n(.*)", text, re.DOTALL)
+        # Of errors that could not be read, there is nothing to show.
+        if exited and not exited[1].strip() and point.subject != "child's errors":
+            problems.append(f"the text gives no reason: {text}")
+        return problems
+
+    def _names(self, point):
+        """Patterns of which a text has to hold one: the name of what the failed call concerned,
+        and for what lies in a workplace, of what is copied there."""
+        if not point.subject.startswith(("roll", "elsewhere")):
+            return ["exiftool"]
+        names = []
+        for path in point.subject.split(" -> "):
+            name = path.split("/")[-1]
+            if name == ".quillmark-new":
+                path = list(self.workplaces.values())[point.occurrence - 1]
+            elif workplace := re.search(r"\.quillmark-(\d+)(/copy|/replaced)?$", path):
+                path = self.workplaces.get(workplace[1], path)
+            names.append("[/“]" + re.escape(path.split("/")[-1]) + r"(?![A-Za-z0-9.])")
+        return names
+
+    def given_back(self, first, following):
+        """Of a process after two runs: what it has open, and who waits to be waited for."""
+        problems = []
+        # A thread of Qt's has an event counter of its own from its first wait on.
+        before, after = (
+            {descriptor for descriptor in listed_open if "[eventfd]" not in descriptor}
+            for listed_open in (first["before"], following["descriptors"])
+        )
+        if after != before:
+            problems.append(f"open after two runs: {sorted(after - before)}, not any more: {sorted(before - after)}")
+        if following["children"]:
+            problems.append("a child was not waited for")
         return problems
 
     def after_next(self, place, before, result):
         """Of the run that follows, in which nothing fails."""
         if result["state"] != "done":
             return [f"the next run failed: {result['text']}"]
-        problems = self._left_behind(place)
+        problems = self._left_behind(place, False)
         after = place.files()
         for path in self.originals:
             copy = after.get(f"{self.copies}/{path}")
@@ -95,11 +143,11 @@ class Judge:
             problems.append(f"the store is damaged: {result['stored']}")
         return problems
 
-    def _whole(self, place):
+    def _whole(self, place, keeps_abandoned):
         """Every original is as it was, or tagged with a backup beside it, where the mode makes
         one; copies are whole, and none of an earlier run is lost."""
         after = place.files()
-        problems = self._left_behind(place)
+        problems = self._left_behind(place, keeps_abandoned)
         for path, original in self.originals.items():
             now = after.get(path)
             backup = after.get(f"{self.copies}/{path}")
@@ -110,10 +158,12 @@ class Judge:
             elif self.mode == "backup-originals" and backup != original:
                 problems.append(f"{path} is tagged without a backup")
         for path, content in self.before.items():
-            if path.startswith(("_originals", "_tagged")) and path not in after:
+            kept = path.startswith(("_originals", "_tagged")) and path not in self.abandoned
+            if kept and path not in after:
                 problems.append(f"{path} of an earlier run is gone")
         for path, content in after.items():
-            if path.startswith(("_originals/", "_tagged/")) and content != "folder":
+            copy = path.startswith(("_originals/", "_tagged/")) and path not in self.abandoned
+            if copy and content != "folder":
                 original = path.split("/", 1)[1]
                 known = [self.before.get(path), self.originals.get(original)]
                 known += [self.tagged.get(original)] if self.mode == "write-copies" else []
@@ -138,8 +188,8 @@ class Judge:
             ]
         return problems
 
-    def _left_behind(self, place):
-        allowed = set(self.before)
+    def _left_behind(self, place, keeps_abandoned):
+        allowed = set(self.before) - (set() if keeps_abandoned else self.abandoned)
         if self.copies:
             allowed |= {self.copies} | {f"{self.copies}/{path}" for path in self.originals}
             allowed |= {f"{self.copies}/{path}" for path in self.before if self.before[path] == "folder"}

@@ -11,6 +11,9 @@ import subprocess
 import tempfile
 
 
+ABANDONED = ".quillmark-Ab3dE6"  # what a run that was killed leaves in a folder of copies
+
+
 @functools.cache
 def image(extension, colour):
     """The bytes of a small picture."""
@@ -25,8 +28,8 @@ def fill_first(roll):
 
 
 def fill_again(roll):
-    """A roll after earlier runs, one of which was killed, with a folder and a link that are
-    named like images."""
+    """A roll after earlier runs, two of which were killed, one while it copied, with a folder and
+    a link that are named like images."""
     fill_first(roll)
     album = roll / "album.jpg"
     album.mkdir()
@@ -36,6 +39,8 @@ def fill_again(roll):
         (roll / folder / "album.jpg").mkdir(parents=True)
         (roll / folder / "01.jpg").write_bytes(f"an earlier 01.jpg in {folder}".encode())
         (roll / folder / "album.jpg" / "03.jpg").write_bytes(f"an earlier 03.jpg in {folder}".encode())
+        (roll / folder / ABANDONED / "copy").mkdir(parents=True)
+        (roll / folder / ABANDONED / "copy" / "03.jpg").write_bytes(b"half a copy")
     (roll / "01.jpg_exiftool_tmp").write_bytes(b"half a frame")
 
 

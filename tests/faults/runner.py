@@ -16,14 +16,12 @@ class RunFailed(Exception):
 class Run:
     """One process, which makes a run and, when asked, another."""
 
-    def __init__(self, driver, place, mode, case=None):
+    def __init__(self, driver, place, mode, faults=()):
         command = [str(driver)]
         if place.has_settings:
             command.append("--earlier")
         command += [str(place.roll), str(place.settings), mode]
-        if case:
-            point = case.point
-            command += [point.function, point.subject, str(point.occurrence), str(case.error)]
+        command += [str(part) for fault in faults for part in fault]
         self._process = subprocess.Popen(
             command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE
         )
