@@ -5,9 +5,8 @@
 
 #include "embedding/ChildProcess.h"
 #include "embedding/Exiftool.h"
+#include "embedding/Leftovers.h"
 #include "embedding/WritingMark.h"
-
-#include <utility>
 
 namespace quillmark {
 namespace {
@@ -41,38 +40,6 @@ QString streamText(const std::string &bytes)
 {
     const auto utf8 = QByteArray::fromStdString(bytes);
     return utf8.isValidUtf8() ? QString::fromUtf8(utf8) : QString();
-}
-
-/// exiftool writes each file under this suffix first and refuses to start over where it
-/// finds one. It leaves one behind only when it is killed, and always beside the whole file.
-std::vector<fs::path> leftovers(const std::vector<fs::path> &files)
-{
-    std::vector<fs::path> found;
-    for (const fs::path &file : files) {
-        fs::path leftover = file;
-        leftover += "_exiftool_tmp";
-        std::error_code ignored;
-        if (fs::is_regular_file(fs::symlink_status(leftover, ignored)) &&
-            fs::exists(file, ignored)) {
-            found.push_back(std::move(leftover));
-        }
-    }
-    return found;
-}
-
-/// Under another exiftool that is still at work, its temporary file must not go: it would
-/// remove the original to give its own rename a second try.
-void removeLeftovers(const std::vector<fs::path> &files, WritingMark &mark)
-{
-    if (leftovers(files).empty()) {
-        return;
-    }
-    mark.ifAlone([&files] {
-        for (const fs::path &leftover : leftovers(files)) {
-            std::error_code ignored;
-            fs::remove(leftover, ignored);
-        }
-    });
 }
 
 std::vector<fs::path> absolute(std::vector<fs::path> files)
