@@ -51,11 +51,28 @@ void collectBeside(const fs::path &file, std::vector<Leftover> &found)
     }
 }
 
+/// A folder stands for the images directly in it, those in its subfolders not among them.
+void collectWithin(const fs::path &folder, std::vector<Leftover> &found)
+{
+    std::error_code failure;
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        const std::string &path = entry->path().native();
+        if (path.ends_with(suffix)) {
+            collectBeside(path.substr(0, path.size() - suffix.size()), found);
+        }
+    }
+}
+
 std::vector<Leftover> leftovers(const std::vector<fs::path> &files)
 {
     std::vector<Leftover> found;
     for (const fs::path &file : files) {
         collectBeside(file, found);
+        std::error_code ignored;
+        if (fs::is_directory(file, ignored)) {
+            collectWithin(file, found);
+        }
     }
     return found;
 }

@@ -10,8 +10,9 @@
 
 namespace quillmark {
 
-/// Removes what an exiftool that was killed left unfinished beside these files: exiftool does not
-/// start over where it finds such a file.
+/// Removes what an exiftool that was killed left unfinished beside these files, or beside what
+/// stands directly in them where they are folders: exiftool does not start over where it finds such
+/// a file.
 ///
 /// What another exiftool is still at stays, since that would remove the original to give its own
 /// rename a second try: it stays while somebody else has marked the folder or has the file open,

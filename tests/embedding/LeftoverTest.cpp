@@ -113,6 +113,27 @@ TEST_F(Leftover, isAFileAndNothingElse)
     EXPECT_TRUE(fs::exists(m_folder / "3.jpg_exiftool_tmp"));
 }
 
+/// A folder stands for the images directly in it.
+TEST_F(Leftover, inAFolderThatIsWrittenToIsRemoved)
+{
+    const fs::path folder = m_folder / "album.jpg";
+    m_folder.write("album.jpg/.2.jpg", "whole");
+    const fs::path leftover = m_folder.write("album.jpg/.2.jpg_exiftool_tmp", "half");
+    const fs::path alone = m_folder.write("album.jpg/3.jpg_exiftool_tmp", "all that is left");
+    m_folder.write("album.jpg/sub.jpg/4.jpg", "whole");
+    const fs::path below = m_folder.write("album.jpg/sub.jpg/4.jpg_exiftool_tmp", "half");
+    {
+        const UniqueFd another(::open(leftover.c_str(), O_WRONLY | O_CLOEXEC));
+        run({folder});
+        EXPECT_TRUE(fs::exists(leftover));
+    }
+    fs::create_directory_symlink(folder, m_folder / "link.jpg");
+    run({m_folder / "link.jpg"});
+    EXPECT_FALSE(fs::exists(leftover));
+    EXPECT_TRUE(fs::exists(alone));
+    EXPECT_TRUE(fs::exists(below));
+}
+
 /// exiftool closes a file before it renames it.
 TEST_F(Leftover, isGivenTimeToGetItsName)
 {
