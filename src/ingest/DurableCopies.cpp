@@ -29,6 +29,7 @@ void exchange(const CopyNames &names, const Workplace &workplace)
 {
     const fs::path &destination = names.destination();
     const fs::path copy = workplace.copy();
+    makeWritable(destination); // else it cannot be moved
     if (::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, destination.c_str(), RENAME_EXCHANGE) == 0) {
         return;
     }

@@ -30,6 +30,10 @@ private:
     UniqueFd m_lock;
 };
 
+/// Lets the owner do everything with a directory. Anything else, a link to one too, stays as it
+/// is, and so does what cannot be changed.
+void makeWritable(const std::filesystem::path &directory);
+
 /// Removes the workplaces in a folder that nobody uses any more, with the unfinished copies
 /// in them. One that also holds what was being replaced stays: that may be all there is of
 /// it. So do those whose use cannot be told, where the file system has no locks.
