@@ -98,7 +98,7 @@ Workplace::~Workplace()
     // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
     std::error_code failure;
     for (int attempt = 0; attempt < 3; ++attempt) {
-        removeTree(m_path, failure);
+        removeTree(m_keepsReplaced ? copy() : m_path, failure);
         if (!failure) {
             break;
         }

@@ -24,10 +24,13 @@ public:
     std::filesystem::path copy() const { return m_path / "copy"; }
     /// Where what the copy replaces may stand until the copy has its place.
     std::filesystem::path replaced() const { return m_path / "replaced"; }
+    /// Leaves it there for good: it is all that is left of what could not return to its place.
+    void keepReplaced() { m_keepsReplaced = true; }
 
 private:
     std::filesystem::path m_path;
     UniqueFd m_lock;
+    bool m_keepsReplaced = false;
 };
 
 /// Lets the owner do everything with a directory. Anything else, a link to one too, stays as it

@@ -69,6 +69,29 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
         EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "true backup");
         EXPECT_EQ(contents(roll / "_originals").size(), 2U);
     }
+    // What was moved aside cannot return: then it stays where it is, and the error says where.
+    const std::string back = workplace + "/replaced -> roll/_originals/album.jpg";
+    fs::path kept;
+    {
+        const WatchedCalls watched(
+            {{roll.path(), "roll"}},
+            {{"renameat2", copy, 1, EINVAL}, {"rename", copy, 1, EIO}, {"rename", back, 1, EIO}});
+        const FileError error =
+            failureOf({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+        EXPECT_TRUE(watched.faultsMet());
+        for (const std::string &name : contents(roll / "_originals")) {
+            if (fs::path(name).filename() == "replaced") {
+                kept = roll / "_originals" / name;
+            }
+        }
+        ASSERT_FALSE(kept.empty());
+        EXPECT_EQ(contents(kept.parent_path()),
+                  (std::vector<std::string>{"replaced", "replaced/1.jpg"}));
+        EXPECT_TRUE(error.description().contains(QString::fromStdString(kept.native())));
+    }
+    Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_EQ(readFile(kept / "1.jpg"), "true backup");
+    fs::remove_all(kept.parent_path());
     const WatchedCalls watched({{roll.path(), "roll"}}, {{"renameat2", copy, 1, EINVAL}});
     Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
     EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "new");
