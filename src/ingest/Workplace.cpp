@@ -72,7 +72,9 @@ void removeTree(const fs::path &path, std::error_code &failure)
 
 Workplace::Workplace(const fs::path &folder)
 {
-    for (;;) {
+    // A file system may say of every folder that it has no name, or nothing at all.
+    constexpr int attempts = 5;
+    for (int attempt = 1;; ++attempt) {
         std::string pattern = (folder / prefix).native();
         pattern += placeholder;
         if (::mkdtemp(pattern.data()) == nullptr) {
@@ -86,7 +88,7 @@ Workplace::Workplace(const fs::path &folder)
         }
         // Another process saw it before it was locked, and is removing it or has. Unlocked it
         // may be used as well where it cannot even be opened: the copy then says why.
-        if (!m_lock && errno != ENOENT) {
+        if ((!m_lock && errno != ENOENT) || attempt == attempts) {
             return;
         }
         ::rmdir(m_path.c_str()); // where it is there after all, and only could not be looked at

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace quillmark::test {
@@ -106,6 +107,24 @@ TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
                                {{"fstat", "roll/_originals/.quillmark-*", 1, EIO}});
     Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
     EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
+}
+
+TEST(Preparation, goesOnWhereNoWorkplaceCanBeLookedAt)
+{
+    const TempDir roll;
+    const Paths files{roll.write("a.jpg", "A")};
+    const std::string workplace = "roll/_originals/.quillmark-*";
+    // Each fault counts those calls that no other one has met.
+    const std::vector<Fault> faults(1000, {"fstat", workplace, 1, EIO});
+    const WatchedCalls watched({{roll.path(), "roll"}}, faults);
+    Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    const std::vector<SystemCall> calls = watched.calls();
+    EXPECT_LT(std::count_if(calls.begin(), calls.end(),
+                            [&workplace](const SystemCall &call) {
+                                return call.function == "fstat" && call.subject == workplace;
+                            }),
+              10);
     EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
 }
 
