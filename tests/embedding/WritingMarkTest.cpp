@@ -11,9 +11,14 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
+#include <chrono>
+#include <future>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmark {
 namespace {
@@ -79,6 +84,24 @@ TEST(WritingMark, folderThatIsNotThereIsNotMarked)
     WritingMark mark(folder / "gone");
     EXPECT_EQ(mark.descriptor(), std::nullopt);
     mark.ifAlone([] { FAIL() << "nobody can tell"; });
+}
+
+/// Whoever else locks a folder for itself may do so for days.
+TEST(WritingMark, isNotWaitedForWhereSomebodyHasTheFolderForHimself)
+{
+    const TempDir folder;
+    UniqueFd foreign(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    ASSERT_EQ(::flock(foreign.get(), LOCK_EX | LOCK_NB), 0);
+
+    auto marking = std::async(std::launch::async, [&] {
+        WritingMark mark(folder.path());
+        bool worked = false;
+        mark.ifAlone([&worked] { worked = true; });
+        return std::pair(mark.descriptor(), worked);
+    });
+    EXPECT_EQ(marking.wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    foreign.reset(); // else a mark that waits would do so for ever
+    EXPECT_EQ(marking.get(), std::pair(std::optional<int>(), false));
 }
 
 TEST(CommonFolder, isTheNearestToAllFiles)
