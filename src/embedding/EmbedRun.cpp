@@ -8,6 +8,10 @@
 #include "embedding/Leftovers.h"
 #include "embedding/WritingMark.h"
 
+#include <QByteArray>
+
+#include <algorithm>
+
 namespace quillmark {
 namespace {
 
@@ -36,10 +40,35 @@ void refuseNul(const QStringList &tagArguments)
 }
 
 /// A stream's text; empty where it is not UTF-8.
-QString streamText(const std::string &bytes)
+QString streamText(const QByteArray &utf8)
 {
-    const auto utf8 = QByteArray::fromStdString(bytes);
     return utf8.isValidUtf8() ? QString::fromUtf8(utf8) : QString();
+}
+
+/// Without a last character of which the end is missing.
+QByteArray withoutPartOfCharacter(QByteArray utf8)
+{
+    constexpr qsizetype longest = 4;
+    for (qsizetype length = 1; length <= std::min(longest, utf8.size()); ++length) {
+        const auto unit = static_cast<unsigned char>(utf8[utf8.size() - length]);
+        const bool isContinuation = (unit & 0xC0U) == 0x80U;
+        if (!isContinuation) {
+            if (!utf8.last(length).isValidUtf8()) {
+                utf8.chop(length);
+            }
+            break;
+        }
+    }
+    return utf8;
+}
+
+QString errorText(const ChildResult &result)
+{
+    const auto errors = QByteArray::fromStdString(result.errors);
+    return result.errorsAreCut
+               ? streamText(withoutPartOfCharacter(errors)) +
+                     QStringLiteral("\n\n(The rest of what exiftool said is left out.)")
+               : streamText(errors);
 }
 
 std::vector<fs::path> absolute(std::vector<fs::path> files)
@@ -95,7 +124,7 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
                         embedArguments(*setup.configuration, tagArguments, files));
     if (result.status != 0) {
         removeLeftovers(files, mark);
-        throw ExiftoolError::failed(streamText(result.errors), result.status);
+        throw ExiftoolError::failed(errorText(result), result.status);
     }
 }
 
