@@ -116,8 +116,10 @@ bool isAbandoned(const Leftover &leftover)
         return false;
     }
     // Somebody who opens it now has us be told by a signal, whose usual one ends the process.
-    if (::fcntl(file.get(), F_SETSIG, SIGURG) != 0 ||
-        ::fcntl(file.get(), F_SETLEASE, F_WRLCK) != 0) {
+    const auto set = [&file](int command, int value) {
+        return uninterrupted([&] { return ::fcntl(file.get(), command, value); }) == 0;
+    };
+    if (!set(F_SETSIG, SIGURG) || !set(F_SETLEASE, F_WRLCK)) {
         return false;
     }
     ::fcntl(file.get(), F_SETLEASE, F_UNLCK);
