@@ -147,7 +147,7 @@ ChildResult runChildKeeping(std::optional<int> descriptor, const std::filesystem
         throw std::system_error(ECHILD, std::generic_category(),
                                 "\"" + program.native() + "\" ended in an unknown way");
     }
-    return {streams.takeOutput(), streams.takeErrors(), *status};
+    return {streams.takeOutput(), streams.takeErrors(), *status, streams.errorsAreCut()};
 }
 
 } // namespace quillmark

@@ -7,6 +7,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <thread>
@@ -46,25 +47,33 @@ void ChildStreams::readRest()
     m_errors.readHeld();
 }
 
-/// Reads what is there, up to a piece; closes the source at its end, or where it fails again:
-/// without a reader the child would be ended by its next word, so once is not enough for that.
-void ChildStreams::Stream::readOnce()
+/// Reads what is there, up to a piece, and gives how much that was; closes the source at its end,
+/// or where it fails again: without a reader the child would be ended by its next word, so once is
+/// not enough for that.
+std::size_t ChildStreams::Stream::readOnce()
 {
     std::array<char, 65536> buffer; // NOLINT(*-member-init): read() fills it
     const ssize_t count = ::read(source.get(), buffer.data(), buffer.size());
     if (count > 0) {
+        const auto size = static_cast<std::size_t>(count);
         if (!damaged) {
-            bytes.append(buffer.data(), static_cast<std::size_t>(count));
+            const std::size_t wanted = std::min(size, kept - bytes.size());
+            bytes.append(buffer.data(), wanted);
+            cut = cut || wanted < size;
         }
-    } else if (count == 0) {
+        return size;
+    }
+    if (count == 0) {
         source.reset();
     } else if (errno != EINTR) {
         if (damaged) {
             source.reset();
         }
         damaged = true;
+        cut = false;
         bytes.clear();
     }
+    return 0;
 }
 
 void ChildStreams::Stream::readHeld()
@@ -73,9 +82,9 @@ void ChildStreams::Stream::readHeld()
     if (!source || ::ioctl(source.get(), FIONREAD, &held) != 0) {
         held = 0;
     }
-    const std::size_t all = bytes.size() + static_cast<std::size_t>(held);
-    while (source && !damaged && bytes.size() < all) {
-        readOnce();
+    auto rest = static_cast<std::size_t>(held);
+    while (source && !damaged && rest > 0) {
+        rest -= std::min(rest, readOnce());
     }
     source.reset();
 }

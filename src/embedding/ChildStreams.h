@@ -6,7 +6,9 @@
 #include "base/UniqueFd.h"
 
 #include <chrono>
+#include <cstddef>
 #include <string>
+#include <utility>
 
 namespace quillmark {
 
@@ -25,17 +27,25 @@ public:
     /// ended, though others of its making may hold on to its pipes, and write on.
     void readRest();
 
-    /// What was read; nothing from a stream of which a part could not be read.
+    /// How much of each stream is kept. The rest is read and dropped, so that a child which never
+    /// stops talking costs no more. That is enough for a line about each of as many files as a
+    /// command line can name.
+    static constexpr std::size_t kept = std::size_t{8} << 20U;
+
+    /// The beginning of what was read; nothing from a stream of which a part could not be read.
     std::string takeOutput() { return std::move(m_output.bytes); }
     std::string takeErrors() { return std::move(m_errors.bytes); }
+    /// Whether more came than was kept.
+    bool errorsAreCut() const { return m_errors.cut; }
 
 private:
     struct Stream {
         UniqueFd source;
         std::string bytes;
         bool damaged = false;
+        bool cut = false;
 
-        void readOnce();
+        std::size_t readOnce();
         void readHeld();
     };
 

@@ -5,9 +5,12 @@
 
 #include "embedding/ChildProcess.h"
 #include "embedding/Exiftool.h"
+#include "embedding/Leftovers.h"
 #include "embedding/WritingMark.h"
 
-#include <utility>
+#include <QByteArray>
+
+#include <algorithm>
 
 namespace quillmark {
 namespace {
@@ -37,42 +40,35 @@ void refuseNul(const QStringList &tagArguments)
 }
 
 /// A stream's text; empty where it is not UTF-8.
-QString streamText(const std::string &bytes)
+QString streamText(const QByteArray &utf8)
 {
-    const auto utf8 = QByteArray::fromStdString(bytes);
     return utf8.isValidUtf8() ? QString::fromUtf8(utf8) : QString();
 }
 
-/// exiftool writes each file under this suffix first and refuses to start over where it
-/// finds one. It leaves one behind only when it is killed, and always beside the whole file.
-std::vector<fs::path> leftovers(const std::vector<fs::path> &files)
+/// Without a last character of which the end is missing.
+QByteArray withoutPartOfCharacter(QByteArray utf8)
 {
-    std::vector<fs::path> found;
-    for (const fs::path &file : files) {
-        fs::path leftover = file;
-        leftover += "_exiftool_tmp";
-        std::error_code ignored;
-        if (fs::is_regular_file(fs::symlink_status(leftover, ignored)) &&
-            fs::exists(file, ignored)) {
-            found.push_back(std::move(leftover));
+    constexpr qsizetype longest = 4;
+    for (qsizetype length = 1; length <= std::min(longest, utf8.size()); ++length) {
+        const auto unit = static_cast<unsigned char>(utf8[utf8.size() - length]);
+        const bool isContinuation = (unit & 0xC0U) == 0x80U;
+        if (!isContinuation) {
+            if (!utf8.last(length).isValidUtf8()) {
+                utf8.chop(length);
+            }
+            break;
         }
     }
-    return found;
+    return utf8;
 }
 
-/// Under another exiftool that is still at work, its temporary file must not go: it would
-/// remove the original to give its own rename a second try.
-void removeLeftovers(const std::vector<fs::path> &files, WritingMark &mark)
+QString errorText(const ChildResult &result)
 {
-    if (leftovers(files).empty()) {
-        return;
-    }
-    mark.ifAlone([&files] {
-        for (const fs::path &leftover : leftovers(files)) {
-            std::error_code ignored;
-            fs::remove(leftover, ignored);
-        }
-    });
+    const auto errors = QByteArray::fromStdString(result.errors);
+    return result.errorsAreCut
+               ? streamText(withoutPartOfCharacter(errors)) +
+                     QStringLiteral("\n\n(The rest of what exiftool said is left out.)")
+               : streamText(errors);
 }
 
 std::vector<fs::path> absolute(std::vector<fs::path> files)
@@ -128,7 +124,7 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
                         embedArguments(*setup.configuration, tagArguments, files));
     if (result.status != 0) {
         removeLeftovers(files, mark);
-        throw ExiftoolError::failed(streamText(result.errors), result.status);
+        throw ExiftoolError::failed(errorText(result), result.status);
     }
 }
 

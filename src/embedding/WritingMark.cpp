@@ -3,11 +3,15 @@
 
 #include "embedding/WritingMark.h"
 
+#include "base/Uninterrupted.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <thread>
 
 namespace quillmark {
 namespace {
@@ -15,11 +19,21 @@ namespace {
 /// False where the lock is refused because of somebody else's.
 bool lock(int descriptor, int kind)
 {
-    int result = 0;
-    do {
-        result = ::flock(descriptor, kind);
-    } while (result != 0 && errno == EINTR);
-    return result == 0 || errno != EWOULDBLOCK;
+    return uninterrupted([=] { return ::flock(descriptor, kind | LOCK_NB); }) == 0 ||
+           errno != EWOULDBLOCK;
+}
+
+/// Another run has a folder to itself for a moment only; somebody else may have it for ever.
+bool lockShared(int descriptor)
+{
+    constexpr int attempts = 40;
+    for (int attempt = 1; !lock(descriptor, LOCK_SH); ++attempt) {
+        if (attempt == attempts) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return true;
 }
 
 } // namespace
@@ -27,9 +41,7 @@ bool lock(int descriptor, int kind)
 WritingMark::WritingMark(const std::filesystem::path &folder)
     : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {
-    if (m_folder) {
-        lock(m_folder.get(), LOCK_SH);
-    }
+    shareOrGiveUp();
 }
 
 std::optional<int> WritingMark::descriptor() const
@@ -42,10 +54,17 @@ void WritingMark::ifAlone(const std::function<void()> &work)
     if (!m_folder) {
         return;
     }
-    if (lock(m_folder.get(), LOCK_EX | LOCK_NB)) {
+    if (lock(m_folder.get(), LOCK_EX)) {
         work();
     }
-    lock(m_folder.get(), LOCK_SH); // a refused exclusive lock costs the shared one too
+    shareOrGiveUp(); // a refused exclusive lock costs the shared one too
+}
+
+void WritingMark::shareOrGiveUp()
+{
+    if (m_folder && !lockShared(m_folder.get())) {
+        m_folder.reset();
+    }
 }
 
 std::filesystem::path commonFolder(const std::vector<std::filesystem::path> &files)

@@ -22,7 +22,8 @@ class WritingMark
 {
 public:
     /// Marks the folder; one that cannot be opened stays unmarked. Waits while somebody else
-    /// does the work of ifAlone().
+    /// does the work of ifAlone(); a folder that is locked for two seconds is locked by somebody
+    /// who does something else, and stays unmarked too.
     explicit WritingMark(const std::filesystem::path &folder);
 
     /// What a child is to keep open, so that the mark stands while it lives.
@@ -33,6 +34,8 @@ public:
     void ifAlone(const std::function<void()> &work);
 
 private:
+    void shareOrGiveUp();
+
     UniqueFd m_folder;
 };
 

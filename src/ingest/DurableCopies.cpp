@@ -3,7 +3,9 @@
 
 #include "ingest/DurableCopies.h"
 
+#include "base/PathText.h"
 #include "ingest/FileCopy.h"
+#include "ingest/FileError.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -25,10 +27,11 @@ try {
 }
 
 /// Takes the place of what a rename cannot replace: a directory, or a file by a directory.
-void exchange(const CopyNames &names, const Workplace &workplace)
+void exchange(const CopyNames &names, Workplace &workplace)
 {
     const fs::path &destination = names.destination();
     const fs::path copy = workplace.copy();
+    makeWritable(destination); // else it cannot be moved
     if (::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, destination.c_str(), RENAME_EXCHANGE) == 0) {
         return;
     }
@@ -38,15 +41,20 @@ void exchange(const CopyNames &names, const Workplace &workplace)
     names.check(moved || errno == ENOENT);
     if (::rename(copy.c_str(), destination.c_str()) != 0) {
         const std::error_code reason(errno, std::generic_category());
-        if (moved) {
-            ::rename(replaced.c_str(), destination.c_str());
+        if (moved && ::rename(replaced.c_str(), destination.c_str()) != 0) {
+            workplace.keepReplaced();
+            throw FileError(
+                QStringLiteral("Could not copy “%1” to “%2”, of which the earlier copy "
+                               "is “%3” now")
+                    .arg(pathText(names.source()), pathText(destination), pathText(replaced)),
+                names.source(), reason);
         }
         names.fail(reason);
     }
 }
 
 /// Gives the finished copy its place; what was there goes with the workplace.
-void replace(const CopyNames &names, const Workplace &workplace)
+void replace(const CopyNames &names, Workplace &workplace)
 {
     const fs::path &destination = names.destination();
     const fs::path copy = workplace.copy();
@@ -107,7 +115,7 @@ void DurableCopies::finish()
     // Whatever ends this, the copies that have no place yet go.
     std::list<Copy> copies = std::exchange(m_copies, {});
     for (; !copies.empty(); copies.pop_front()) {
-        const Copy &copy = copies.front();
+        Copy &copy = copies.front();
         copy.names.check(syncHandle(copy.content));
         replace(copy.names, copy.workplace);
     }

@@ -82,10 +82,13 @@ bool succeededOrUnsupported(int result)
     return result == 0 || errno == EPERM || errno == ENOTSUP || errno == ENOSYS;
 }
 
-/// Permissions and times go last, so that writing does not change them again.
+/// Permissions and times go last, so that writing does not change them again. The owner may always
+/// write to a folder's copy: else it could not be moved into its place, nor make room for that of
+/// the next run, nor have the images in it tagged.
 void copyAttributes(const struct stat &from, int to, const CopyNames &names)
 {
-    names.check(succeededOrUnsupported(::fchmod(to, from.st_mode & permissionBits)));
+    const mode_t always = S_ISDIR(from.st_mode) ? S_IRWXU : 0;
+    names.check(succeededOrUnsupported(::fchmod(to, (from.st_mode & permissionBits) | always)));
     const std::array<timespec, 2> times{from.st_atim, from.st_mtim};
     names.check(succeededOrUnsupported(::futimens(to, times.data())));
 }

@@ -17,7 +17,7 @@ namespace quillmark {
 /// A link is followed, so that the copy is always a real one; a link to a directory inside a
 /// copied directory stays a link, since it may lead in circles. Contents are shared with the
 /// source where the file system can (copy-on-write clone); permissions and modification time
-/// are kept.
+/// are kept, but the owner may do everything with a copied directory.
 ///
 /// Throws FileError; what was copied until then stays at `target`. Blocks; any thread.
 [[nodiscard]] UniqueFd copyTree(const CopyNames &names, const std::filesystem::path &target);

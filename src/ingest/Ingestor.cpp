@@ -106,6 +106,9 @@ void refuseDirectoriesAroundOutput(const std::vector<fs::path> &files, const fs:
     }
 }
 
+constexpr const char *originals = "_originals";
+constexpr const char *tagged = "_tagged";
+
 std::vector<fs::path> copyInto(const fs::path &outputFolder, const std::vector<fs::path> &files)
 {
     std::error_code failure;
@@ -115,7 +118,9 @@ std::vector<fs::path> copyInto(const fs::path &outputFolder, const std::vector<f
             QStringLiteral("Could not make the folder “%1”").arg(pathText(outputFolder)),
             outputFolder, failure);
     }
-    removeAbandonedWorkplaces(outputFolder);
+    for (const char *output : {originals, tagged}) { // the killed run may have had another mode
+        removeAbandonedWorkplaces(outputFolder.parent_path() / output);
+    }
     refuseSourcesThatAreDestinations(files, outputFolder);
     refuseDirectoriesAroundOutput(files, outputFolder);
 
@@ -138,9 +143,9 @@ PreparedFiles prepareFiles(const std::vector<fs::path> &files, const fs::path &i
 {
     switch (mode) {
     case BackupMode::backupOriginals:
-        return {.mutated = files, .backups = copyInto(fs::absolute(in / "_originals"), files)};
+        return {.mutated = files, .backups = copyInto(fs::absolute(in / originals), files)};
     case BackupMode::writeCopies:
-        return {.mutated = copyInto(fs::absolute(in / "_tagged"), files), .backups = {}};
+        return {.mutated = copyInto(fs::absolute(in / tagged), files), .backups = {}};
     case BackupMode::none:
         return {.mutated = files, .backups = {}};
     }

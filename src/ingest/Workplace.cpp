@@ -45,11 +45,36 @@ bool exists(const UniqueFd &folder)
     return ::fstat(folder.get(), &status) == 0 && status.st_nlink > 0;
 }
 
+void makeAllWritable(const fs::path &path)
+{
+    std::error_code failure;
+    if (!fs::is_directory(fs::symlink_status(path, failure))) {
+        return;
+    }
+    makeWritable(path);
+    for (fs::directory_iterator entry(path, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        makeAllWritable(entry->path());
+    }
+}
+
+/// Removes what is there with all that is in it, also where folders may not be written to.
+void removeTree(const fs::path &path, std::error_code &failure)
+{
+    fs::remove_all(path, failure);
+    if (failure == std::errc::permission_denied) {
+        makeAllWritable(path);
+        fs::remove_all(path, failure);
+    }
+}
+
 } // namespace
 
 Workplace::Workplace(const fs::path &folder)
 {
-    for (;;) {
+    // A file system may say of every folder that it has no name, or nothing at all.
+    constexpr int attempts = 5;
+    for (int attempt = 1;; ++attempt) {
         std::string pattern = (folder / prefix).native();
         pattern += placeholder;
         if (::mkdtemp(pattern.data()) == nullptr) {
@@ -63,7 +88,7 @@ Workplace::Workplace(const fs::path &folder)
         }
         // Another process saw it before it was locked, and is removing it or has. Unlocked it
         // may be used as well where it cannot even be opened: the copy then says why.
-        if (!m_lock && errno != ENOENT) {
+        if ((!m_lock && errno != ENOENT) || attempt == attempts) {
             return;
         }
         ::rmdir(m_path.c_str()); // where it is there after all, and only could not be looked at
@@ -75,10 +100,18 @@ Workplace::~Workplace()
     // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
     std::error_code failure;
     for (int attempt = 0; attempt < 3; ++attempt) {
-        fs::remove_all(m_path, failure);
+        removeTree(m_keepsReplaced ? copy() : m_path, failure);
         if (!failure) {
             break;
         }
+    }
+}
+
+void makeWritable(const fs::path &directory)
+{
+    std::error_code ignored;
+    if (fs::is_directory(fs::symlink_status(directory, ignored))) {
+        fs::permissions(directory, fs::perms::owner_all, fs::perm_options::add, ignored);
     }
 }
 
@@ -97,7 +130,7 @@ void removeAbandonedWorkplaces(const fs::path &folder)
         const fs::path &path = entry->path();
         std::error_code kept;
         if (!fs::exists(fs::symlink_status(path / "replaced", kept))) {
-            fs::remove_all(path / "copy", kept);
+            removeTree(path / "copy", kept);
         }
         fs::remove(path, kept); // only where nothing is left in it
     }

@@ -24,11 +24,18 @@ public:
     std::filesystem::path copy() const { return m_path / "copy"; }
     /// Where what the copy replaces may stand until the copy has its place.
     std::filesystem::path replaced() const { return m_path / "replaced"; }
+    /// Leaves it there for good: it is all that is left of what could not return to its place.
+    void keepReplaced() { m_keepsReplaced = true; }
 
 private:
     std::filesystem::path m_path;
     UniqueFd m_lock;
+    bool m_keepsReplaced = false;
 };
+
+/// Lets the owner do everything with a directory. Anything else, a link to one too, stays as it
+/// is, and so does what cannot be changed.
+void makeWritable(const std::filesystem::path &directory);
 
 /// Removes the workplaces in a folder that nobody uses any more, with the unfinished copies
 /// in them. One that also holds what was being replaced stays: that may be all there is of

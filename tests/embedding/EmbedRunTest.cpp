@@ -108,6 +108,21 @@ TEST_F(EmbedRun, errorTextThatIsNotUtf8CountsAsEmpty)
     EXPECT_EQ(error.description(), u"exiftool exited with code 2\n\n"_s);
 }
 
+/// The cut goes through a character of two bytes.
+TEST_F(EmbedRun, errorTextWithoutEndIsCutAndSaysSo)
+{
+    m_setup.program =
+        writeProgram(m_folder, "flooding",
+                     "#!/usr/bin/perl\n"
+                     "print STDERR 'x'; print STDERR \"\\303\\251\" x 65536 for 1 .. 200;\n"
+                     "exit 1;\n");
+    const ExiftoolError error = failure();
+    const QString note = u"\n\n(The rest of what exiftool said is left out.)"_s;
+    EXPECT_TRUE(error.stderrText().startsWith(u"xéé"));
+    EXPECT_TRUE(error.stderrText().endsWith(u"éé"_s + note));
+    EXPECT_EQ(error.stderrText().size(), (8 << 20) / 2 + note.size());
+}
+
 TEST_F(EmbedRun, killedToolIsAFailure)
 {
     m_setup.program = writeProgram(m_folder, "dying", "#!/bin/sh\nkill -KILL $$\n");

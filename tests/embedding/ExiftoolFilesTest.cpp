@@ -118,6 +118,20 @@ TEST_F(ExiftoolOnJpeg, folderStandsForTheImagesDirectlyInIt)
     EXPECT_FALSE(isTagged(below));
 }
 
+TEST_F(ExiftoolOnJpeg, folderInWhichARunWasKilledIsWrittenTo)
+{
+    fs::create_directories(m_folder / "album.jpg/below");
+    const std::vector<fs::path> inside{jpeg("album.jpg/1.jpg"), jpeg("album.jpg/.2.jpg")};
+    jpeg("album.jpg/below/3.jpg");
+    for (const char *name : {"1.jpg", ".2.jpg", "below/3.jpg"}) {
+        m_folder.write("album.jpg/" + std::string(name) + "_exiftool_tmp", "half");
+    }
+    embed({m_folder / "album.jpg"}, minimalPayload());
+    for (const fs::path &file : inside) {
+        EXPECT_TRUE(isTagged(file)) << file;
+    }
+}
+
 // --- Failures and waiting --------------------------------------------------------
 
 TEST_F(ExiftoolOnJpeg, fileThatIsNoImageFailsAndTheOthersAreWritten)

@@ -51,9 +51,32 @@ TEST_F(UnrulyChild, mayFloodBothStreamsAtOnce)
     const ChildResult result = run("head -c 8388608 /dev/zero | tr '\\0' o &\n"
                                    "head -c 8388608 /dev/zero | tr '\\0' e >&2\n"
                                    "wait; exit 9");
-    EXPECT_EQ(result.output, std::string(flood, 'o'));
-    EXPECT_EQ(result.errors, std::string(flood, 'e'));
+    EXPECT_TRUE(result.output == std::string(flood, 'o')); // too long to be printed
+    EXPECT_TRUE(result.errors == std::string(flood, 'e'));
+    EXPECT_FALSE(result.errorsAreCut);
     EXPECT_EQ(result.status, 9);
+}
+
+TEST_F(UnrulyChild, maySayMoreThanMemoryHolds)
+{
+    constexpr std::size_t kept = std::size_t{8} << 20U;
+    const ChildResult result = run("head -c 100000000 /dev/zero | tr '\\0' o &\n"
+                                   "head -c 100000000 /dev/zero | tr '\\0' e >&2\n"
+                                   "wait; exit 9");
+    EXPECT_TRUE(result.output == std::string(kept, 'o'));
+    EXPECT_TRUE(result.errors == std::string(kept, 'e'));
+    EXPECT_LE(result.output.capacity() + result.errors.capacity(), 4 * kept);
+    EXPECT_TRUE(result.errorsAreCut);
+    EXPECT_EQ(result.status, 9);
+}
+
+TEST_F(UnrulyChild, isCutWhereItEndsWithFullPipesToo)
+{
+    const UniqueFd gate = closedGate();
+    const ChildResult result = run("head -c 8388608 /dev/zero >&2\n"
+                                   "cat <\"$1/gate\" >&2 & printf more >&2; exit 9");
+    EXPECT_EQ(result.errors.size(), std::size_t{8} << 20U);
+    EXPECT_TRUE(result.errorsAreCut);
 }
 
 TEST_F(UnrulyChild, isWaitedForAfterItClosedItsStreams)

@@ -5,17 +5,20 @@
 
 #include "Programs.h"
 #include "embedding/ChildProcess.h"
-#include "embedding/EmbedRun.h"
 #include "support/Printers.h"
-#include "support/Samples.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
+#include <chrono>
+#include <future>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmark {
 namespace {
@@ -83,6 +86,24 @@ TEST(WritingMark, folderThatIsNotThereIsNotMarked)
     mark.ifAlone([] { FAIL() << "nobody can tell"; });
 }
 
+/// Whoever else locks a folder for itself may do so for days.
+TEST(WritingMark, isNotWaitedForWhereSomebodyHasTheFolderForHimself)
+{
+    const TempDir folder;
+    UniqueFd foreign(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    ASSERT_EQ(::flock(foreign.get(), LOCK_EX | LOCK_NB), 0);
+
+    auto marking = std::async(std::launch::async, [&] {
+        WritingMark mark(folder.path());
+        bool worked = false;
+        mark.ifAlone([&worked] { worked = true; });
+        return std::pair(mark.descriptor(), worked);
+    });
+    EXPECT_EQ(marking.wait_for(std::chrono::seconds(30)), std::future_status::ready);
+    foreign.reset(); // else a mark that waits would do so for ever
+    EXPECT_EQ(marking.get(), std::pair(std::optional<int>(), false));
+}
+
 TEST(CommonFolder, isTheNearestToAllFiles)
 {
     EXPECT_EQ(commonFolder({"/roll/1.jpg"}), "/roll");
@@ -91,44 +112,6 @@ TEST(CommonFolder, isTheNearestToAllFiles)
     EXPECT_EQ(commonFolder({"/roll/ab/1.jpg", "/roll/abc/1.jpg"}), "/roll");
     EXPECT_EQ(commonFolder({"/roll/1.jpg", "/scans/1.jpg"}), "/");
     EXPECT_EQ(commonFolder({"/1.jpg", "/roll/1.jpg"}), "/");
-}
-
-/// A frame with what a killed exiftool left beside it, and a program that stands in for it.
-class Leftover : public ::testing::Test
-{
-protected:
-    void run()
-    {
-        runEmbed({.program = writeProgram(m_tools, "exiftool", "#!/bin/sh\n"),
-                  .configuration = m_tools.write("quillmark.config", "1;")},
-                 {m_frame}, test::minimalPayload(), QStringLiteral("quillmark"));
-    }
-
-    TempDir m_tools;
-    TempDir m_folder;
-    fs::path m_frame = m_folder.write("1.jpg", "whole");
-    fs::path m_leftover = m_folder.write("1.jpg_exiftool_tmp", "half");
-};
-
-TEST_F(Leftover, isRemoved)
-{
-    run();
-    EXPECT_FALSE(fs::exists(m_leftover));
-    EXPECT_EQ(test::readFile(m_frame), "whole");
-}
-
-TEST_F(Leftover, staysWhileAnotherRunWritesThere)
-{
-    const WritingMark another(m_folder.path());
-    run();
-    EXPECT_TRUE(fs::exists(m_leftover));
-}
-
-TEST_F(Leftover, staysWhereItIsAllThatIsLeft)
-{
-    fs::remove(m_frame);
-    run();
-    EXPECT_TRUE(fs::exists(m_leftover));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace quillmark::test {
@@ -69,6 +70,29 @@ TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)
         EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "true backup");
         EXPECT_EQ(contents(roll / "_originals").size(), 2U);
     }
+    // What was moved aside cannot return: then it stays where it is, and the error says where.
+    const std::string back = workplace + "/replaced -> roll/_originals/album.jpg";
+    fs::path kept;
+    {
+        const WatchedCalls watched(
+            {{roll.path(), "roll"}},
+            {{"renameat2", copy, 1, EINVAL}, {"rename", copy, 1, EIO}, {"rename", back, 1, EIO}});
+        const FileError error =
+            failureOf({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+        EXPECT_TRUE(watched.faultsMet());
+        for (const std::string &name : contents(roll / "_originals")) {
+            if (fs::path(name).filename() == "replaced") {
+                kept = roll / "_originals" / name;
+            }
+        }
+        ASSERT_FALSE(kept.empty());
+        EXPECT_EQ(contents(kept.parent_path()),
+                  (std::vector<std::string>{"replaced", "replaced/1.jpg"}));
+        EXPECT_TRUE(error.description().contains(QString::fromStdString(kept.native())));
+    }
+    Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_EQ(readFile(kept / "1.jpg"), "true backup");
+    fs::remove_all(kept.parent_path());
     const WatchedCalls watched({{roll.path(), "roll"}}, {{"renameat2", copy, 1, EINVAL}});
     Ingestor::prepareFiles({roll / "album.jpg"}, roll.path(), BackupMode::backupOriginals);
     EXPECT_EQ(readFile(roll / "_originals" / "album.jpg" / "1.jpg"), "new");
@@ -105,6 +129,24 @@ TEST(Preparation, leavesNoWorkplaceThatItCouldNotLookAt)
                                {{"fstat", "roll/_originals/.quillmark-1", 1, EIO}});
     Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
     EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
+}
+
+TEST(Preparation, goesOnWhereNoWorkplaceCanBeLookedAt)
+{
+    const TempDir roll;
+    const Paths files{roll.write("a.jpg", "A")};
+    const std::string workplace = "roll/_originals/.quillmark-*";
+    // Each fault counts those calls that no other one has met.
+    const std::vector<Fault> faults(1000, {"fstat", workplace, 1, EIO});
+    const WatchedCalls watched({{roll.path(), "roll"}}, faults);
+    Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    const std::vector<SystemCall> calls = watched.calls();
+    EXPECT_LT(std::count_if(calls.begin(), calls.end(),
+                            [&workplace](const SystemCall &call) {
+                                return call.function == "fstat" && call.subject == workplace;
+                            }),
+              10);
     EXPECT_EQ(contents(roll / "_originals"), std::vector<std::string>{"a.jpg"});
 }
 

@@ -54,6 +54,22 @@ TEST(Workplace, ofAKilledProgramIsRemovedByTheNextRun)
                 UnorderedElementsAre("1.jpg", "_originals", "_originals/1.jpg"));
 }
 
+TEST(Workplace, ofAKilledRunInAnotherModeIsRemovedByTheNextThatCopies)
+{
+    for (const BackupMode mode : {BackupMode::backupOriginals, BackupMode::writeCopies}) {
+        const TempDir roll;
+        roll.write("_originals/.quillmark-a1B2c3/copy", "unfinis");
+        roll.write("_tagged/.quillmark-a1B2c3/copy", "unfinis");
+        Ingestor::prepareFiles({}, roll.path(), BackupMode::none);
+        EXPECT_EQ(contents(roll.path()).size(), 6U);
+        Ingestor::prepareFiles({}, roll.path(), mode);
+        EXPECT_THAT(contents(roll.path()), UnorderedElementsAre("_originals", "_tagged"));
+    }
+    const TempDir roll;
+    Ingestor::prepareFiles({}, roll.path(), BackupMode::writeCopies);
+    EXPECT_THAT(contents(roll.path()), UnorderedElementsAre("_tagged"));
+}
+
 TEST(Workplace, withWhatWasBeingReplacedStays)
 {
     const TempDir folder;

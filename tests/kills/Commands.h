@@ -12,8 +12,9 @@
 namespace quillmark::kills {
 
 /// Fills a folder with 36 JPEG and TIFF files of many kinds, small and of medium size, some
-/// with names that need care. One of them shows the payload, as JSON, on a slate. No two
-/// have the same pixels. Throws std::runtime_error where a file cannot be written.
+/// with names that need care, and the last three in a folder with an image's name. One of them
+/// shows the payload, as JSON, on a slate. No two have the same pixels. Throws std::runtime_error
+/// where a file cannot be written.
 void makeRoll(const std::filesystem::path &folder, const QByteArray &payload);
 
 /// Makes an ingest of a folder as the window does, and prints a line as it comes to each

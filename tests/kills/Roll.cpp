@@ -20,6 +20,7 @@ using test::TiffOptions;
 
 constexpr int frames = 36;
 constexpr int slate = 7;
+constexpr int firstInFolder = 33;
 
 /// Slopes with a little noise, which compress as scans do; each seed has its own.
 RasterImage picture(int width, int height, std::uint32_t seed)
@@ -79,12 +80,13 @@ std::string nameOf(int number, bool tiff)
                          "@list",
                          "عكس",
                          "two  words "};
+    const std::string folder = number < firstInFolder ? "" : "album.jpg/";
     const std::string digits = (number < 10 ? "0" : "") + std::to_string(number);
     if (number % 3 != 0) {
-        return "frame-" + digits + (tiff ? ".tif" : ".jpg");
+        return folder + "frame-" + digits + (tiff ? ".tif" : ".jpg");
     }
     const auto turn = static_cast<std::size_t>(number / 3);
-    return odd[turn % odd.size()] + (turn < odd.size() ? "" : " " + digits) +
+    return folder + odd[turn % odd.size()] + (turn < odd.size() ? "" : " " + digits) +
            (tiff ? ".TIFF" : ".Jpeg");
 }
 
@@ -92,7 +94,7 @@ std::string nameOf(int number, bool tiff)
 
 void makeRoll(const std::filesystem::path &folder, const QByteArray &payload)
 {
-    std::filesystem::create_directories(folder);
+    std::filesystem::create_directories(folder / "album.jpg");
     for (int number = 0; number < frames; ++number) {
         const bool tiff = number % 2 == 1;
         const std::filesystem::path file = folder / nameOf(number, tiff);

@@ -4,7 +4,7 @@
 
 usage: kill_test.py BUILD_FOLDER [COUNT] [--seed N] [--jobs N]
 
-Each kill has a folder of 36 images of its own. In turn the backup modes and the victims are
+Each kill has a folder of 36 images of its own, three of them in a folder with an image's name. In turn the backup modes and the victims are
 gone through: the program, its exiftool, or both. A kill comes at a random moment of one of
 these phases, whose lengths are measured first, in runs that are left alone:
 
@@ -14,8 +14,9 @@ these phases, whose lengths are measured first, in runs that are left alone:
   end          until the program has said so, and a moment longer
 
 Then every image must open with the pixels that it had; every original must be what it was, or
-be tagged as in a whole run and have its backup, where the mode promises one; and a new run must
-succeed and leave nothing but what a run leaves that was never killed.
+be tagged as in a whole run and have its backup, where the mode promises one; and a new run, in
+the same mode or in another one, must succeed and leave nothing but what a run leaves that was
+never killed, and what is not its business in the other mode's folder.
 """
 
 import argparse
@@ -51,7 +52,7 @@ GRACE = 5.0
 # A kill that finds its victim gone already is tried again.
 TRIES = 20
 
-Kill = collections.namedtuple("Kill", "phase victim mode losses left_behind outlived")
+Kill = collections.namedtuple("Kill", "phase victim mode next_mode losses left_behind outlived")
 
 
 class Lengths:
@@ -119,6 +120,9 @@ class KillTest:
         """Kills one run and looks at what it left, and at the run that follows."""
         mode = MODES[number % len(MODES)]
         victim = VICTIMS[number // len(MODES) % len(VICTIMS)]
+        # Each nine kills have each mode followed by each.
+        turn = number % len(MODES) + number // len(MODES) + number // len(MODES) // len(VICTIMS)
+        next_mode = MODES[(number + turn) % len(MODES)]
         aims = AIMS[victim]
         # Moved on by a place with the modes, so that a short test sees several phases as well.
         aim = aims[(number // len(MODES) // len(VICTIMS) + number % len(MODES)) % len(aims)]
@@ -126,7 +130,7 @@ class KillTest:
         folder = self._path(b"kill-%d" % number)
         for _ in range(TRIES):
             self._roll.copy(folder)
-            kill = self._kill_once(folder, mode, victim, aim, chance.random())
+            kill = self._kill_once(folder, mode, next_mode, victim, aim, chance.random())
             if kill:
                 if not kill.losses:
                     shutil.rmtree(folder)
@@ -135,7 +139,7 @@ class KillTest:
                 self.missed += 1
         raise RuntimeError(f"{victim} was gone at each of {TRIES} moments of phase {aim}")
 
-    def _kill_once(self, folder, mode, victim, aim, fraction):
+    def _kill_once(self, folder, mode, next_mode, victim, aim, fraction):
         run = Run(self._subject, folder, mode)
         self._wait_for(run, aim)
         # A little longer than the phase, where that is not beyond the run.
@@ -169,7 +173,11 @@ class KillTest:
                     written == len(self._roll.before):
                 losses.append(f"exiftool went on without its program, from {replaced} files "
                               f"to {written}")
-        return self._judge(folder, mode, victim, run.child_seen, losses, outlived)
+        phase, lost, left_behind = self._judge(folder, mode, run.child_seen)
+        losses += lost
+        if not losses:
+            losses = self._run_again(folder, next_mode)
+        return Kill(phase, victim, mode, next_mode, losses, left_behind, outlived)
 
     def _wait_for(self, run, aim):
         run.line("writing")
@@ -177,7 +185,7 @@ class KillTest:
         for wait in waits[:PHASES.index(aim)]:
             wait()
 
-    def _judge(self, folder, mode, victim, child_seen, losses, outlived):
+    def _judge(self, folder, mode, child_seen):
         written = self._roll.written(folder, mode)
         if not child_seen:
             phase = "preparation"
@@ -185,17 +193,13 @@ class KillTest:
             phase = "start"
         else:
             phase = "writing" if written < len(self._roll.before) else "end"
-        lost, left_behind = self._roll.losses(folder, mode)
-        losses = losses + lost
-        if not losses:
-            losses = self._run_again(folder, mode)
-        return Kill(phase, victim, mode, losses, left_behind, outlived)
+        return phase, *self._roll.losses(folder, mode)
 
     def _run_again(self, folder, mode):
         earlier = self._roll.state(folder)
         run = Run(self._subject, folder, mode)
         line = run.line("done", "error")
-        expected = f"done {len(self._roll.before)}"
+        expected = f"done {self._roll.entries}"
         if run.end() != 0 or line != expected:
             return [f"the next run said: {line}"]
         return self._roll.omissions(folder, mode, earlier)
@@ -227,11 +231,13 @@ def report(kills, missed, seconds, seed):
     temporary = sum(any(path.endswith(b"_exiftool_tmp") for path in kill.left_behind)
                     for kill in kills)
     unfinished = sum(any(b".quillmark-" in path for path in kill.left_behind) for kill in kills)
+    other = sum(kill.mode != kill.next_mode for kill in kills)
     outlived = max((kill.outlived or 0.0 for kill in kills if kill.victim == "program"), default=0)
     print(f"\nheld of killed, by phase and victim\n{table(kills, 'victim', VICTIMS)}")
     print(f"\nheld of killed, by phase and backup mode\n{table(kills, 'mode', MODES)}")
     print(f"\nexiftool's temporary file was left behind {temporary} times, a copy under way "
           f"{unfinished} times")
+    print(f"the next run was one in another mode {other} times")
     print("exiftool outlived a killed program by "
           f"{outlived * 1000:.0f} ms at most; {missed} moments came too late and were drawn again")
     print(f"kill-test: {held} of {len(kills)} held, {len(kills) - held} broken "
@@ -250,7 +256,8 @@ def run(options, work):
         for number, kill in enumerate(pool.map(test.kill, range(options.count)), 1):
             kills.append(kill)
             for loss in kill.losses:
-                print(f"BROKEN kill {number} ({kill.victim}, {kill.phase}, {kill.mode}): {loss}")
+                print(f"BROKEN kill {number} ({kill.victim}, {kill.phase}, {kill.mode}, "
+                      f"then {kill.next_mode}): {loss}")
             if number % 20 == 0:
                 print(f"{number} of {options.count} kills", flush=True)
     return report(kills, test.missed, time.monotonic() - started, options.seed)

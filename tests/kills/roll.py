@@ -2,7 +2,6 @@
 # SPDX-License-Identifier: MIT
 """The roll that runs are killed over, and what must hold for its files afterwards."""
 
-import hashlib
 import json
 import os
 import re
@@ -10,37 +9,20 @@ import shutil
 import subprocess
 
 from harness import tags
-from subject import OUTPUT_FOLDERS
-
-PAYLOAD = {
-    "version": 2,
-    "session_id": "7c9e6679-7425-40de-944b-e07fc1f90ae7",
-    "camera_make": "Kestrel",
-    "camera_model": "K2",
-    "film_brand": "Vela",
-    "film_stock": "Nova 400",
-    "iso": 400,
-    "lens_make": "Optar",
-    "lens_model": "50mm f/2",
-    "focal_length": 50,
-    "location": "Grünerløkka",
-    "project": "夜明け",
-    "notes": "Fog; \"first light\" = 5:40",
-    "date": "2026-05-01",
-    "roll_name": "Roll 12",
-    "artist": "Zoë Ångström",
-    "copyright": "© 2026 Zoë Ångström",
-}
+from harness.samples import PAYLOAD, checksum
+from subject import OUTPUT_FOLDERS, images
 
 _TEMPORARY = b"_exiftool_tmp"
-_WORKPLACE = re.compile(rb"\.quillmark-[^/]{6}(/copy)?")
+_WORKPLACE = re.compile(rb"\.quillmark-[^/]{6}(/copy(/.*)?)?", re.DOTALL)
+_FOLDER = "a folder"
 
 
 class Roll:
     """Files as they are before a run, and how whole runs leave them.
 
-    Names and paths are bytes. `before`, `once` and `twice` map the name of each file to the
-    checksum of its content: untouched, and after one and two whole runs.
+    Names and paths are bytes; the name of a file in a folder has that before it. `before`, `once`
+    and `twice` map the name of each file to the checksum of its content: untouched, and after one
+    and two whole runs. `entries` is how many files and folders a run is given.
     """
 
     def __init__(self, subject, folder):
@@ -49,6 +31,7 @@ class Roll:
         subprocess.run([subject, "roll", folder], check=True,
                        input=json.dumps(PAYLOAD, ensure_ascii=False).encode())
         self.before = _checksums(folder)
+        self.entries = len(os.listdir(folder))
         self.pixels = self._pixels(folder, self.before)
         if len(set(self.pixels.values())) != len(self.before):
             raise RuntimeError("the files of the roll cannot be told apart by their pixels")
@@ -101,10 +84,10 @@ class Roll:
         losses += extra + self._misread(folder, self.before.keys() & originals.keys())
         for output in OUTPUT_FOLDERS.values():
             copies = _checksums(os.path.join(folder, output))
-            images = self.before.keys() & copies.keys()
-            losses += self._misread(os.path.join(folder, output), images)
+            copied = self.before.keys() & copies.keys()
+            losses += self._misread(os.path.join(folder, output), copied)
             whole = [self.before] if output == b"_originals" else [self.before, self.once]
-            losses += [f"{output}/{name} is neither what it was nor tagged" for name in images
+            losses += [f"{output}/{name} is neither what it was nor tagged" for name in copied
                        if copies[name] not in [known[name] for known in whole]]
         return losses, left_behind
 
@@ -123,8 +106,8 @@ class Roll:
         """What else is in the folder: what should not be there, and what may be left behind."""
         output = OUTPUT_FOLDERS.get(mode)
         beside = output if mode == "write-copies" else b""
-        allowed = {output, *self.before,
-                   *(os.path.join(output or b"", name) for name in self.before)}
+        allowed = _with_folders({*self.before, *(os.path.join(output or b"", name)
+                                                 for name in self.before)}) | {output}
         temporary = {os.path.join(beside, name + _TEMPORARY) for name in self.before}
         wrong, left_behind = [], []
         for path in _everything(folder):
@@ -141,22 +124,33 @@ class Roll:
 
     def state(self, folder):
         """What the roll's files hold now, by name."""
-        return _checksums(folder)
+        return {path: _checksum(os.path.join(folder, path)) for path in _everything(folder)}
 
     def omissions(self, folder, mode, earlier):
-        """What a whole run has not done that came after a kill; `earlier` is the state."""
-        tagged = {name: self.twice[name] if mode != "write-copies" and content == self.once[name]
-                  else self.once[name] for name, content in earlier.items()}
-        expected = dict(earlier if mode == "write-copies" else tagged)
+        """What a whole run has not done that came after a kill; `earlier` is the state before."""
+        originals = {name: earlier[name] for name in self.before}
+        tagged = {name: self.twice[name] if content == self.once[name] else self.once[name]
+                  for name, content in originals.items()}
+        expected = {path: content for path, content in earlier.items()
+                    if not _is_made_anew(path, mode)}
+        expected |= originals if mode == "write-copies" else tagged
         output = OUTPUT_FOLDERS.get(mode)
         if output:
-            copies = tagged if mode == "write-copies" else earlier
+            copies = tagged if mode == "write-copies" else \
+                {name: content for name, content in earlier.items() if self._is_copied(name)}
             expected |= {os.path.join(output, name): copies[name] for name in copies}
-        found = {path: _checksum(os.path.join(folder, path)) for path in _everything(folder)
-                 if path != output}
+        expected |= dict.fromkeys(_with_folders(expected) - expected.keys(), _FOLDER)
+        found = self.state(folder)
         return [f"{path} is not as a whole run leaves it"
                 for path in sorted(expected.keys() | found.keys())
                 if expected.get(path) != found.get(path)]
+
+    def _is_copied(self, path):
+        """Whether a path of the roll gets into a backup. A folder is copied with what a killed
+        exiftool left in it, which leaves again when the folder is copied again."""
+        return path in self.before or \
+            path.endswith(_TEMPORARY) and path.count(b"/") == 1 and \
+            path.removesuffix(_TEMPORARY) in self.before
 
     # --- Pixels
 
@@ -184,23 +178,38 @@ def _mutated(folder, mode):
     return os.path.join(folder, b"_tagged") if mode == "write-copies" else folder
 
 
+def _is_made_anew(path, mode):
+    """Whether a run in this mode removes what is at a path, or puts something else there."""
+    top, _, below = path.partition(b"/")
+    if top in OUTPUT_FOLDERS.values() and below:
+        if below.startswith(b".quillmark-"):
+            return mode in OUTPUT_FOLDERS
+        return top == OUTPUT_FOLDERS.get(mode)
+    return path.endswith(_TEMPORARY) and mode != "write-copies"
+
+
+def _with_folders(paths):
+    """The paths, and the folders that they are in."""
+    found = set(paths)
+    for path in paths:
+        while path := os.path.dirname(path):
+            found.add(path)
+    return found
+
+
 def _checksum(file):
+    if os.path.isdir(file):
+        return _FOLDER
     try:
-        with open(file, "rb") as content:
-            return hashlib.sha256(content.read()).hexdigest()
+        return checksum(file)
     except OSError as failure:
         return str(failure)
 
 
 def _checksums(folder):
-    """The files directly in a folder; none where there is no folder."""
-    try:
-        entries = list(os.scandir(folder))
-    except FileNotFoundError:
-        return {}
-    return {entry.name: _checksum(entry.path) for entry in entries
-            if entry.is_file(follow_symlinks=False)
-            and not entry.name.endswith(_TEMPORARY)}
+    """The images of a roll or of its copies; none where there is no folder."""
+    return {name: _checksum(os.path.join(folder, name)) for name in images(folder)
+            if not name.endswith(_TEMPORARY)}
 
 
 def _everything(folder):

@@ -28,8 +28,7 @@ class Run:
         self._unread = b""
         self._mutated = os.path.join(folder, OUTPUT_FOLDERS["write-copies"]) \
             if mode == "write-copies" else folder
-        self._names = [name for name in os.listdir(folder)
-                       if os.path.isfile(os.path.join(folder, name))]
+        self._names = images(folder)
         self._before = None
         self.child_seen = False
         self._program = subprocess.Popen([subject, "run", folder, mode], stdin=subprocess.PIPE,
@@ -122,6 +121,15 @@ class Run:
         status = self._program.wait(DEADLINE)
         self._program.stdout.close()
         return status
+
+
+def images(folder):
+    """The files in a folder of images and in those of its folders that have an image's name."""
+    found = []
+    for where, folders, files in os.walk(folder):
+        folders[:] = [name for name in folders if name.lower().endswith((b".jpg", b".tif"))]
+        found += [os.path.relpath(os.path.join(where, name), folder) for name in files]
+    return found
 
 
 def seconds_until_gone(child):

@@ -85,6 +85,53 @@ TEST_F(OddRoll, inAReadOnlyFolderIsAnErrorAndStaysAsItIs)
     expectNoLeftovers(roll.path());
 }
 
+/// A folder that cannot be written to cannot be moved into another one either, nor emptied.
+TEST_F(OddRoll, withAReadOnlyFolderOfImagesLeavesNothingBehind)
+{
+    slate();
+    const std::vector<fs::path> frames{frame("album.jpg/01.jpg"), frame("album.jpg/inner/02.jpg")};
+    const Permissions readOnly(roll / "album.jpg", readOnlyFolder);
+    const Permissions innerReadOnly(roll / "album.jpg/inner", readOnlyFolder);
+    for (const BackupMode mode : allBackupModes) {
+        for (int runs = 0; runs < 2; ++runs) {
+            const std::string error = ingest(mode);
+            if (mode == BackupMode::writeCopies) {
+                EXPECT_EQ(error, "");
+                EXPECT_TRUE(isTagged(roll / "_tagged/album.jpg/01.jpg"));
+            } else {
+                EXPECT_THAT(error, AllOf(HasSubstr("exiftool exited with code 1\n\n"),
+                                         HasSubstr("album.jpg/01.jpg")));
+            }
+            for (const fs::path &file : frames) {
+                EXPECT_EQ(readFile(file), contentOf(file));
+            }
+            expectNoLeftovers(roll.path());
+        }
+    }
+    EXPECT_EQ(readFile(roll / "_originals/album.jpg/01.jpg"), contentOf(frames[0]));
+    EXPECT_EQ(readFile(roll / "_originals/album.jpg/inner/02.jpg"), contentOf(frames[1]));
+    EXPECT_EQ(readFile(roll / "_tagged/album.jpg/inner/02.jpg"), contentOf(frames[1]));
+}
+
+TEST_F(OddRoll, withAReadOnlyFolderAmongItsBackupsLeavesNothingBehind)
+{
+    slate();
+    const fs::path file = frame("album.jpg/01.jpg");
+    for (const BackupMode mode : {BackupMode::backupOriginals, BackupMode::writeCopies}) {
+        const fs::path output = roll / (mode == BackupMode::writeCopies ? "_tagged" : "_originals");
+        for (const fs::path &place : {output / "album.jpg", output / ".quillmark-a1B2c3/copy"}) {
+            fs::create_directories(place / "inner");
+            roll.write(place.lexically_relative(roll.path()) / "inner/01.jpg", "earlier");
+            fs::permissions(place / "inner", readOnlyFolder);
+            fs::permissions(place, readOnlyFolder);
+        }
+        EXPECT_EQ(ingest(mode), "");
+        EXPECT_FALSE(fs::exists(output / "album.jpg/inner"));
+        expectNoLeftovers(roll.path());
+    }
+    EXPECT_EQ(readFile(roll / "_originals/album.jpg/01.jpg"), contentOf(file));
+}
+
 TEST_F(OddRoll, inAFolderThatCannotBeListedHasNoImages)
 {
     slate();

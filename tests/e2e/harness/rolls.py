@@ -2,36 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Folders of scans to drop on the window."""
 
-import hashlib
 import json
 import os
 import pathlib
 import subprocess
 
 from .program import build_folder
-
-# What the slates of these rolls say, in the letters and signs of several languages.
-PAYLOAD = {
-    "version": 2,
-    "session_id": "7c9e6679-7425-40de-944b-e07fc1f90ae7",
-    "camera_make": "Kestrel",
-    "camera_model": "K2",
-    "film_brand": "Vela",
-    "film_stock": "Nova 400",
-    "iso": 400,
-    "lens_make": "Optar",
-    "lens_model": "50mm f/2",
-    "focal_length": 50,
-    "push_pull": 1,
-    "location": "Grünerløkka",
-    "project": "夜明け",
-    "notes": "Fog; \"first light\" = 5:40",
-    "date": "2026-05-01",
-    "roll_name": "Roll 12",
-    "artist": "Zoë Ångström",
-    "copyright": "© 2026 Zoë Ångström",
-    "app_version": "slate-web@1.4.2",
-}
+from .samples import PAYLOAD, checksum
 
 # A scan large enough to read the slate on, and small enough to make at once.
 _SIZE = ("--width", "1200", "--height", "800")
@@ -68,4 +45,4 @@ def frames(folder):
 
 def checksums(files):
     """What is in files, by file name."""
-    return {file.name: hashlib.sha256(file.read_bytes()).hexdigest() for file in files}
+    return {file.name: checksum(file) for file in files}
