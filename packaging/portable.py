@@ -22,14 +22,15 @@ HERE = pathlib.Path(__file__).resolve().parent
 BUNDLE = "share/quillmark/Quillmark_Quillmark.bundle"
 
 # What Qt loads by name while the program runs, below its folder of plugins. Everything is drawn
-# by the processor, so that what ties Qt to graphics cards stays out.
+# by the processor: nothing in here opens a driver of the machine's graphics card, which would get
+# libraries of this folder where it expects newer ones. The libraries of libglvnd, which Qt is
+# linked with, are there and do nothing.
 PLUGINS = [
     "platforms/libqxcb.so",
     "platforms/libqwayland-generic.so",
     "platforminputcontexts/libcomposeplatforminputcontextplugin.so",
     "platforminputcontexts/libibusplatforminputcontextplugin.so",
     "wayland-decoration-client/libbradient.so",
-    "wayland-graphics-integration-client/libqt-plugin-wayland-egl.so",
     "wayland-shell-integration/libxdg-shell.so",
 ]
 
@@ -62,7 +63,7 @@ class Folder:
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copyfile(source, target)
         target.chmod(mode)
-        self.sources.add(source)
+        self.sources.add(source, place)
 
     def write(self, place, text, mode=0o644):
         target = self.root / place
@@ -82,6 +83,7 @@ class Folder:
         (self.root / BUNDLE / "updates.json").unlink(missing_ok=True)
         self.write("bin/qt.conf", QT_CONF)
         self.libraries.need(self.root / "bin" / "quillmark")
+        self.sources.add_headers(headers_of(build))
 
     def add_qt(self):
         plugins, modules = qt_folder("QT_INSTALL_PLUGINS"), qt_folder("QT_INSTALL_QML")
@@ -132,6 +134,7 @@ class Folder:
         self.write("README.txt", readme)
         self.write("quillmark", (HERE / "portable.sh").read_text(encoding="utf-8"), 0o755)
         self.write("licences/quillmark", (HERE.parent / "LICENSE").read_text(encoding="utf-8"))
+        self.write("licences/SOURCES", self.sources.whereabouts())
         for name, file in self.sources.terms():
             target = self.root / "licences" / name
             target.parent.mkdir(exist_ok=True)
@@ -142,6 +145,16 @@ class Folder:
 def qt_folder(name):
     answer = subprocess.run(["qmake6", "-query", name], check=True, capture_output=True, text=True)
     return pathlib.Path(answer.stdout.strip())
+
+
+def headers_of(build):
+    """The system's headers that the program was compiled with, as the compiler has noted them."""
+    def ninja(*arguments):
+        return subprocess.run(["ninja", "-C", build, "--quiet", "-t", *arguments], check=True,
+                              capture_output=True, text=True).stdout.splitlines()
+
+    objects = [name for name in ninja("inputs", "quillmark") if name.endswith(".o")]
+    return {line.strip() for line in ninja("deps", *objects) if line.startswith("    /usr/")}
 
 
 def version_of(build):

@@ -5,6 +5,8 @@
 import os
 import pathlib
 import subprocess
+import urllib.error
+import urllib.request
 
 SUITE = "bookworm"
 USER = "photographer"
@@ -19,7 +21,26 @@ _NOT_OURS = ("dev", "proc", "sys", "tmp", "run")
 
 
 class NotPossible(Exception):
-    """There can be no clean Debian here."""
+    """There can be no clean Debian here, for a reason that lies outside the project."""
+
+
+def mirror():
+    """The address of the Debian that is fetched."""
+    return os.environ.get("DEBIAN_MIRROR", "http://deb.debian.org/debian").rstrip("/")
+
+
+def reach_mirror():
+    """Asks the mirror for the list of what it has. Raises NotPossible where nobody answers, and
+    AssertionError where an answer has no such list.
+    """
+    address = f"{mirror()}/dists/{SUITE}/InRelease"
+    try:
+        with urllib.request.urlopen(address, timeout=60) as answer:
+            answer.read(1)
+    except urllib.error.HTTPError as error:
+        raise AssertionError(f"{address}: {error}") from error
+    except OSError as error:
+        raise NotPossible(f"the mirror cannot be reached: {address}: {error}") from error
 
 
 class CleanRoot:
@@ -32,12 +53,15 @@ class CleanRoot:
                              "HOME": "/root"}
 
     def make(self):
-        """Fetches the smallest Debian there is. Raises NotPossible where that fails."""
-        mirror = os.environ.get("DEBIAN_MIRROR", "http://deb.debian.org/debian")
-        answer = subprocess.run(["debootstrap", "--variant=minbase", SUITE, self.folder, mirror],
-                                check=False, capture_output=True, text=True)
+        """Fetches the smallest Debian there is. Raises NotPossible where there is no mirror, and
+        AssertionError for all else.
+        """
+        reach_mirror()
+        answer = subprocess.run(
+            ["debootstrap", "--variant=minbase", SUITE, self.folder, mirror()],
+            check=False, capture_output=True, text=True)
         if answer.returncode != 0:
-            raise NotPossible(f"debootstrap: {(answer.stdout + answer.stderr)[-500:]}")
+            raise AssertionError(f"debootstrap: {(answer.stdout + answer.stderr)[-2000:]}")
 
     def copy_of(self, base):
         """Becomes the same as another one."""

@@ -3,6 +3,7 @@
 """Puts packages onto clean Debians, tries them there as a user would, and removes them."""
 
 import argparse
+import hashlib
 import os
 import pathlib
 import shlex
@@ -15,8 +16,26 @@ from cleanroot import UID, USER, CleanRoot, NotPossible
 HERE = pathlib.Path(__file__).resolve().parent
 BUNDLE = "Quillmark_Quillmark.bundle"
 SECOND_BUNDLE = f"/usr/local/share/quillmark/{BUNDLE}"
+# A folder as it came from a machine that wrote names in Latin-1.
+LATIN_PLACE = os.fsdecode(b"/media/Zo\xeb's stick")
+# Another Qt, and how a machine tells of it.
+OTHER_QT = "/opt/other-qt"
+TOLD_OF_OTHER_QT = {"QT_PLUGIN_PATH": f"{OTHER_QT}/plugins",
+                    "QT_QPA_PLATFORM_PLUGIN_PATH": f"{OTHER_QT}/plugins/platforms",
+                    "QML_IMPORT_PATH": f"{OTHER_QT}/qml",
+                    "QML2_IMPORT_PATH": f"{OTHER_QT}/qml"}
+# Qt would rather have had a graphics card.
+WITHOUT_CARD = (r'|qt\.qpa\.wayland: Failed to load client buffer integration: "wayland-egl"\n'
+                r"|qt\.qpa\.wayland: Available client buffer integrations: QList\(\)\n")
+# Where the portable folder has what others have made, the project's own files in there, and
+# what is in the program itself.
+FOREIGN = ("lib", "plugins", "qml", "etc", f"share/quillmark/{BUNDLE}/exiftool")
+OWN = ["etc/fonts/fonts.conf"]
+COMPILED_IN = {"libeigen3-dev", "libhwy-dev", "qcoro-qt6-dev"}
 # What a user's home may keep.
 SETTINGS = ".config/Larkhollow/Quillmark/co.larkhollow.quillmark.lastManualPayload.v2"
+# The same of a program that was given a feed, and was open long enough to look into it.
+OF_A_FEED = ".config/Larkhollow/Quillmark/co.larkhollow.quillmark.updates."
 # A process has one desktop: those that need another have to be in another.
 UNDER_X = ["test_drop", "test_desktop", "installed"]
 UNDER_WAYLAND = ["test_wayland"]
@@ -42,10 +61,11 @@ class Trial:
             sys.exit(f"test-install: {self.kind}: FAILED, this is not so: {text}")
         self.say(text)
 
-    def drive(self, program, cases):
-        """End-to-end tests, against the program in here."""
+    def drive(self, program, cases, told=None):
+        """End-to-end tests, against the program in here, with an environment that says more."""
         environment = {
             **os.environ,
+            **(told or {}),
             "QUILLMARK_BUILD_DIR": str(self.work),
             "QUILLMARK_COMMAND": shlex.join(self.root.as_user(program)),
             "QUILLMARK_INSTALLED_HOME": f"/home/{USER}",
@@ -63,19 +83,71 @@ class Trial:
         bundle = self.root.path(f"{share}/{BUNDLE}")
         aside = bundle.with_name("aside")
         bundle.rename(aside)
-        answer = subprocess.run(
-            ["setpriv", f"--reuid={UID}", f"--regid={UID}", "--clear-groups",
-             *self.root.as_user(program)], check=False, capture_output=True, text=True,
-            timeout=60)
+        answer = self.start(program)
         aside.rename(bundle)
         wanted = (f"could not load resource bundle: from {share}/{BUNDLE} or {SECOND_BUNDLE}\n")
         self.check((answer.returncode, answer.stderr) == (1, wanted),
                    f"without its bundle: {answer.stderr.strip()}")
 
-    def check_home(self, before):
+    def start(self, program):
+        """Starts what is to end by itself, and gives what it said."""
+        return subprocess.run(
+            ["setpriv", f"--reuid={UID}", f"--regid={UID}", "--clear-groups",
+             *self.root.as_user(program)], check=False, capture_output=True, text=True,
+            errors="surrogateescape", timeout=60)
+
+    def check_latin_place(self, folder):
+        """Where Qt cannot find itself, the user is told."""
+        self.root.mount(folder, LATIN_PLACE)
+        answer = self.start(f"{LATIN_PLACE}/quillmark")
+        subprocess.run(["umount", self.root.path(LATIN_PLACE)], check=True)
+        self.root.path(LATIN_PLACE).rmdir()
+        wanted = ("Quillmark cannot start in a folder whose path is not valid UTF-8; rename it, or "
+                  f"move this folder elsewhere: {LATIN_PLACE}\n")
+        self.check((answer.returncode, answer.stderr) == (1, wanted),
+                   f"in a folder with a name in Latin-1: {ascii(answer.stderr.strip())}")
+
+    def put_other_qt(self, folder):
+        """Something that Qt takes for its own, and that does not work with it."""
+        other = self.root.path(OTHER_QT)
+        for plugin in (folder / "plugins" / "platforms").iterdir():
+            target = other / "plugins" / "platforms" / plugin.name
+            target.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(plugin, target)
+            subprocess.run(["patchelf", "--add-needed", "libOther.so.7", target], check=True)
+        for module in ("QtQuick/Layouts", "QtQml/WorkerScript"):
+            (other / "qml" / module).mkdir(parents=True)
+            (other / "qml" / module / "qmldir").write_text(
+                f"module {module.replace('/', '.')}\nplugin other\n", encoding="utf-8")
+
+    def check_terms(self, folder):
+        """Of every file that is not the project's own, the terms and the source are told."""
+        told = {}
+        package = None
+        text = (folder / "licences" / "SOURCES").read_text(encoding="utf-8")
+        for line in text.split("\n\n", 1)[1].splitlines():
+            if line.startswith("    "):
+                told[line.strip()] = package
+            elif line and not line.startswith(" "):
+                package = line.split()[0]
+        files = [str(file.relative_to(folder)) for top in FOREIGN
+                 for file in (folder / top).rglob("*") if file.is_file()]
+        without = [file for file in files
+                   if not (folder / "licences" / told.get(file, "nobody's")).is_file()]
+        self.check(len(files) > 100 and without == OWN,
+                   f"{len(files)} files in {', '.join(FOREIGN)}, of which only these have no "
+                   f"terms and source in licences: {without}")
+        compiled = {package for package in COMPILED_IN if f"\n{package} " in text
+                    and (folder / "licences" / package).is_file()}
+        self.check(compiled == COMPILED_IN,
+                   f"licences tell of what was compiled in: {sorted(compiled)}")
+
+    def check_home(self, before, has_feed):
         """Only settings are left of what the program has written."""
         new = sorted(self.home_files() - before)
-        self.check(new == [SETTINGS], f"left in the home: {new}")
+        strays = [file for file in new if file != SETTINGS
+                  and not (has_feed and file.startswith(OF_A_FEED))]
+        self.check(SETTINGS in new and not strays, f"left in the home: {new}")
 
     def home_files(self):
         return {str(file.relative_to(self.home)) for file in self.home.rglob("*")
@@ -95,6 +167,7 @@ class Trial:
         own = [name for name in root.run("dpkg-query", "--listfiles", "quillmark").split()
                if root.path(name).is_file()]
         self.say(f"its own files: {' '.join(own)}")
+        has_feed = any(name.endswith("/updates.json") for name in own)
 
         self.check_missing_bundle("/usr/bin/quillmark", "/usr/share/quillmark")
         self.drive("/usr/bin/quillmark", UNDER_X)
@@ -111,7 +184,7 @@ class Trial:
         left = sorted(root.packages() - packages)
         self.check(not left, f"left of the packages that it brought: {left}")
         self.compare(files)
-        self.check_home(home)
+        self.check_home(home, has_feed)
 
     def portable(self, archive):
         root = self.root
@@ -130,15 +203,20 @@ class Trial:
         size = sum(file.stat().st_size for file in folder.rglob("*") if file.is_file())
         self.say(f"{archive.name} unpacks to {folder.name}, {size // 1000000} MB")
 
+        self.check_terms(folder)
+        self.check_latin_place(folder)
         self.root.mount(folder, place)
         self.check_missing_bundle(f"{place}/quillmark", f"{place}/share/quillmark")
         subprocess.run(["mount", "-o", "remount,bind,ro", root.path(place)], check=True)
-        self.drive(f"{place}/quillmark", UNDER_X)
-        self.drive(f"{place}/quillmark", UNDER_WAYLAND)
+        self.put_other_qt(folder)
+        self.drive(f"{place}/quillmark", UNDER_X, TOLD_OF_OTHER_QT)
+        self.drive(f"{place}/quillmark", UNDER_WAYLAND,
+                   {**TOLD_OF_OTHER_QT, "QUILLMARK_INSTALLED_NOISE": WITHOUT_CARD})
+        shutil.rmtree(root.path(OTHER_QT))
         subprocess.run(["umount", root.path(place)], check=True)
         root.path(place).rmdir()
         self.compare(files)
-        self.check_home(home)
+        self.check_home(home, has_feed=False)
 
     def compare(self, before):
         """The system is as it was, but for what package management keeps about itself."""
@@ -173,6 +251,8 @@ def main():
     parser.add_argument("packages", type=pathlib.Path, help="the folder of the packages")
     parser.add_argument("build", type=pathlib.Path, help="a build with the tools for tests")
     parser.add_argument("version", help="what the program should say it is")
+    parser.add_argument("--required", action="store_true",
+                        help="fail where a clean Debian is not possible")
     parser.add_argument("kinds", nargs="+", choices=["deb", "portable"])
     arguments = parser.parse_args()
     work = arguments.work
@@ -187,10 +267,17 @@ def main():
     try:
         base.make()
     except NotPossible as reason:
+        if arguments.required:
+            sys.exit(f"test-install: FAILED, and not skipped, since it is required: {reason}")
         print(f"test-install: skipped: {reason}")
         return
+    except AssertionError as error:
+        sys.exit(f"test-install: FAILED: {error}")
     for kind in arguments.kinds:
         [package] = arguments.packages.glob({"deb": "*.deb", "portable": "*.tar.xz"}[kind])
+        with open(package, "rb") as file:
+            checksum = hashlib.file_digest(file, "sha256").hexdigest()
+        print(f"test-install: {kind}: {checksum}  {package.name}", flush=True)
         getattr(Trial(kind, arguments.version, work, base), kind)(package)
     print(f"test-install: {len(arguments.kinds)} passed, 0 failed")
 

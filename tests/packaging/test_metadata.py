@@ -35,7 +35,7 @@ class Desktop(unittest.TestCase):
         group = entry["Desktop Entry"]
         self.assertEqual(group["Exec"], "quillmark")
         # The class of the window under X11; under Wayland it is the name of the file.
-        self.assertEqual(group["StartupWMClass"], "quillmark")
+        self.assertEqual(group["StartupWMClass"], "Quillmark")
         self.assertEqual(group["Icon"], APP_ID)
 
 
@@ -66,6 +66,12 @@ class Icons(unittest.TestCase):
     def test_each_has_its_size(self):
         for size in ICON_SIZES:
             self.assertEqual(size_of(ICONS / f"{size}.png"), (size, size))
+
+    def test_each_looks_like_its_drawing(self):
+        answer = subprocess.run([ROOT / "script" / "icons", "--check"], check=False,
+                                capture_output=True, text=True)
+        self.assertEqual((answer.returncode, answer.stdout),
+                         (0, f"icons: {len(ICON_SIZES)} are as drawn\n"), answer.stderr)
 
     def test_drawings_are_square(self):
         for name in (f"{APP_ID}.svg", "small.svg"):
