@@ -34,7 +34,9 @@ class Judge:
             if is_original(path, content) and path not in self.earlier_tmp
         }
         self.copies = COPIES[mode]
-        self.abandoned = {path for path in place.before if path.startswith(f"{self.copies}/{ABANDONED}")}
+        # What a killed run has left in either folder of copies goes with a run that makes some.
+        folders = tuple(f"{folder}/{ABANDONED}" for folder in COPIES.values() if self.copies and folder)
+        self.abandoned = {path for path in place.before if path.startswith(folders)}
         # What a workplace is for, by the number that the watch gives it, in their order.
         self.workplaces = {}
         for _, subject, _ in result["calls"]:
@@ -59,9 +61,8 @@ class Judge:
 
     def after_fault(self, place, case, result):
         # What an earlier run left may stay for the next where it could not be removed.
-        folder = f"roll/{self.copies}"
         keeps_abandoned = bool(
-            re.match(re.escape(folder) + r"(/\.quillmark-1(/|$)|$)", case.point.subject)
+            re.match(r"roll/(_originals|_tagged)(/\.quillmark-[12](/|$)|$)", case.point.subject)
         )
         if case.point.subject.startswith("settings"):
             return self._settings_fault(place, result)
