@@ -97,6 +97,9 @@ struct Folder::Subfolder {
 class Entries
 {
 public:
+    // NOLINTNEXTLINE(*-member-init): of m_buffer nothing is read that was not written
+    Entries() { m_entries.reserve(64); }
+
     void read(const std::string &place, bool withFolders)
     {
         const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(place.c_str()));

@@ -7,8 +7,8 @@
 #include "ingest/FileCopy.h"
 #include "ingest/FileError.h"
 
+#include <cstdio>
 #include <fcntl.h>
-#include <stdio.h>
 
 #include <cerrno>
 #include <system_error>
