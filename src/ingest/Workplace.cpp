@@ -82,22 +82,28 @@ Workplace::Workplace(const fs::path &folder)
         }
         m_path = pattern;
         m_lock = openFolder(m_path);
+        const int reason = errno;
         const bool locked = m_lock && (lock(m_lock) || errno != EWOULDBLOCK);
         if (locked && exists(m_lock)) {
             return;
         }
-        // Another process saw it before it was locked, and is removing it or has. Unlocked it
-        // may be used as well where it cannot even be opened: the copy then says why.
-        if ((!m_lock && errno != ENOENT) || attempt == attempts) {
+        // Another process saw it before it was locked, and is removing it or has. If it is there
+        // after all, it only could not be looked at, or opened.
+        if (m_lock && attempt == attempts) {
             return;
         }
-        ::rmdir(m_path.c_str()); // where it is there after all, and only could not be looked at
+        ::rmdir(m_path.c_str());
+        if (!m_lock && (reason != ENOENT || attempt == attempts)) {
+            throw std::system_error(reason, std::generic_category());
+        }
     }
 }
 
 Workplace::~Workplace()
 {
-    // What cannot be removed now may well be removed a moment later (EMFILE, EINTR).
+    // The lock only keeps others from removing the folder, and to empty one takes an open file.
+    m_lock.reset();
+    // What cannot be removed now may well be removed a moment later (EINTR).
     std::error_code failure;
     for (int attempt = 0; attempt < 3; ++attempt) {
         removeTree(m_keepsReplaced ? copy() : m_path, failure);

@@ -146,9 +146,12 @@ TEST(Ingestor, fewOpenFilesAreEnough)
     for (int i = 100; i < 140; ++i) {
         files.push_back(roll.write(std::to_string(i) + ".jpg", "frame"));
     }
-    const OpenFileLimit limit(12);
-    EXPECT_NO_THROW(Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals));
-    EXPECT_EQ(contents(roll / "_originals").size(), files.size());
+    // Which of the calls meets the limit depends on how many files are open already.
+    for (rlim_t left = 10; left < 16; ++left) {
+        const OpenFileLimit limit(left);
+        EXPECT_NO_THROW(Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals));
+        EXPECT_EQ(contents(roll / "_originals").size(), files.size()) << left;
+    }
 }
 
 TEST(Ingestor, aCopyThatFailsHalfWayLeavesTheEarlierBackupAndNothingElse)
