@@ -10,9 +10,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <utility>
 
 namespace quillmark::test {
@@ -71,6 +75,17 @@ private:
 class LargeRoll : public SessionTest
 {
 protected:
+    /// In memory, where there is such a place: how long a disk takes for twenty thousand files
+    /// is another matter.
+    static void SetUpTestSuite()
+    {
+        SessionTest::SetUpTestSuite();
+        if (::access("/dev/shm", W_OK) == 0) {
+            ::setenv("TMPDIR", "/dev/shm", 1);
+        }
+    }
+    static void TearDownTestSuite() { ::unsetenv("TMPDIR"); }
+
     /// Twenty thousand names of one empty file, in one folder or in many.
     void fill(bool inSubfolders)
     {
@@ -154,6 +169,23 @@ TEST_F(LargeRoll, isWrittenByOneCallWhileTheWindowStaysAlive)
 
     const auto others = Exiftool::tagArguments(fullPayload(), ownGeneratorVersion.toString());
     EXPECT_EQ(readFile(log / "calls"), std::to_string(6 + others.size() + rollSize) + "\n");
+}
+
+TEST_F(LargeRoll, inTwoThousandSubfoldersIsCopiedAndWrittenWhileTheWindowStaysAlive)
+{
+    fill(true);
+    const fs::path slate = addSlate("000000.jpg");
+    const std::string content = readFile(slate);
+    standIn("exit 0");
+    session.setRecursive(true);
+    session.setBackupMode(BackupMode::backupOriginals);
+    scan();
+    const LoopWatch loop;
+    await(session.runIngest());
+    loop.expectAlive();
+    EXPECT_EQ(in<Session::Done>(session).outcome.mutated.size(), rollSize);
+    EXPECT_EQ(readFile(roll / "_originals" / "000000.jpg"), content);
+    EXPECT_EQ(std::distance(fs::directory_iterator(roll / "_originals"), {}), rollSize);
 }
 
 TEST_F(LargeRoll, whosePathsAreTooLongTogetherIsAnErrorThatSaysSo)

@@ -34,10 +34,17 @@ void makeSocket(const fs::path &path)
               0);
 }
 
-/// One that gives bytes for ever. As a link, since not everybody can make devices.
-void makeDevice(const fs::path &path)
+void linkDevice(const fs::path &path)
 {
     fs::create_symlink("/dev/zero", path);
+}
+
+/// One that gives bytes for ever; a link to it for those who may not make devices.
+void makeDevice(const fs::path &path)
+{
+    if (::mknod(path.c_str(), S_IFCHR | 0600, ::makedev(1, 5)) != 0) {
+        linkDevice(path);
+    }
 }
 
 struct Kind {
@@ -111,7 +118,8 @@ TEST_P(SpecialFile, isNamedByARunInPlaceThatTagsTheRest)
 
 INSTANTIATE_TEST_SUITE_P(OddRoll, SpecialFile,
                          ::testing::Values(Kind{"pipe", &makePipe}, Kind{"socket", &makeSocket},
-                                           Kind{"device", &makeDevice}),
+                                           Kind{"device", &makeDevice},
+                                           Kind{"linkedDevice", &linkDevice}),
                          [](const auto &kind) { return std::string(kind.param.title); });
 
 // --- Directories -----------------------------------------------------------------
