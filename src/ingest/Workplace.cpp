@@ -3,6 +3,8 @@
 
 #include "ingest/Workplace.h"
 
+#include "base/Uninterrupted.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -30,7 +32,8 @@ bool hasWorkplaceName(const fs::path &path)
 
 UniqueFd openFolder(const fs::path &path)
 {
-    return UniqueFd(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return UniqueFd(uninterrupted(
+        [&path] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
 }
 
 bool lock(const UniqueFd &folder)
