@@ -73,6 +73,8 @@ bool JpegFrame::readHeader()
         m_info.src = &m_source;
         jpeg_set_marker_processor(&m_info, JPEG_APP0 + 1, readApp1);
         jpeg_read_header(&m_info, TRUE);
+        // EXIF stands before the picture (Exif 2.32, section 4.5.4), not between its scans.
+        jpeg_save_markers(&m_info, JPEG_APP0 + 1, 0);
     });
     if (!read || !hasPlausibleSize()) {
         return false;

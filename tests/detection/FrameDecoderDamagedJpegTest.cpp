@@ -155,6 +155,20 @@ TEST(FrameDecoder, skipsSegmentsOfAnyNumber)
     EXPECT_EQ(frame.orientation, 3U);
 }
 
+TEST(FrameDecoder, takesNoOrientationFromBetweenScans)
+{
+    std::string bytes = jpegBytes(colourPicture(), {.progressive = true});
+    const std::string block = exifOrientationBlock(6);
+    ASSERT_LT(block.size(), 250);
+    const std::size_t secondScan = bytes.find(startOfScan, bytes.find(startOfScan) + 1);
+    ASSERT_NE(secondScan, std::string::npos);
+    bytes.insert(secondScan,
+                 std::string("\xFF\xE1") + '\0' + static_cast<char>(block.size() + 2) + block);
+
+    const TempDir folder;
+    EXPECT_EQ(decodeFrame(folder.write("late.jpg", bytes)).orientation, 1U);
+}
+
 TEST(FrameDecoder, decodesInSeveralThreadsAtOnce)
 {
     const TempDir folder;
