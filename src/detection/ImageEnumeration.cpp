@@ -39,9 +39,10 @@ bool isImageName(std::string_view name)
     }
     const std::string_view extension = name.substr(dot + 1);
     // The four extensions are ASCII, and no other letter has one of theirs as its lower case.
-    std::transform(extension.begin(), extension.end(), lowered.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    for (std::size_t i = 0; i < lowered.size() && i < extension.size(); ++i) {
+        const char c = extension[i];
+        lowered.at(i) = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
     return std::find(imageExtensions.begin(), imageExtensions.end(),
                      std::string_view(lowered.data(), extension.size())) != imageExtensions.end();
 }

@@ -162,10 +162,10 @@ void writeJpeg(const std::filesystem::path &file, const RasterImage &image,
     }
     jpeg_start_compress(&info, TRUE);
 
-    std::string app1 = options.app1;
-    if (app1.empty() && options.orientation != 1) {
-        app1 = exifOrientationBlock(static_cast<std::uint32_t>(options.orientation));
-    }
+    const std::string app1 =
+        options.app1.empty() && options.orientation != 1
+            ? exifOrientationBlock(static_cast<std::uint32_t>(options.orientation))
+            : options.app1;
     if (!app1.empty()) {
         jpeg_write_marker(&info, JPEG_APP0 + 1, reinterpret_cast<const JOCTET *>(app1.data()),
                           static_cast<unsigned>(app1.size()));
