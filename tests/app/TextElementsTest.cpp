@@ -26,9 +26,14 @@ QStringList suspectElements(const QString &qml)
         u"^\\s*(?:\\w+:\\s*)?((?:\\w+\\.)?(?:Text|TextEdit|TextArea|TextField|Label|Image|"
         "AnimatedImage|BorderImage|FontLoader|ToolTip|WebEngineView|MediaPlayer)) *\\{"_s,
         QRegularExpression::MultilineOption);
+    // What does so without an element of its own.
+    static const QRegularExpression call(
+        u"\\b(ToolTip\\.text|createQmlObject|XMLHttpRequest)\\b"_s);
     QStringList found;
-    for (auto match = element.globalMatch(qml); match.hasNext();) {
-        found << match.next().captured(1);
+    for (const QRegularExpression &suspect : {element, call}) {
+        for (auto match = suspect.globalMatch(qml); match.hasNext();) {
+            found << match.next().captured(1);
+        }
     }
     return found;
 }

@@ -50,20 +50,39 @@ Bomb claim(const std::string &name, const std::string &how, std::uint64_t width,
 
 constexpr double small = 64 * 64 / 1e6;
 
-Bomb thousandsOfPages()
+/// Pages of which the last is followed by one of the others again.
+Bomb pages(std::string name, const std::string &how, std::size_t count, std::size_t afterLast)
 {
-    return {"pages", "TIFF, 20000 pages",
-            [](const Path &file) {
+    return {std::move(name), "TIFF, " + how,
+            [=](const Path &file) {
                 RawTiff tiff;
                 const RasterImage image = smallPicture();
                 const Entries plain = plainEntries(image, tiff.add(packedBytes(image)));
-                std::uint64_t last = tiff.addDirectory(plain);
-                for (int i = 1; i < 20000; ++i) {
-                    const std::uint64_t page = tiff.addDirectory(plain);
-                    tiff.setNext(last, page);
-                    last = page;
+                std::vector<std::uint64_t> places{tiff.addDirectory(plain)};
+                while (places.size() < count) {
+                    places.push_back(tiff.addDirectory(plain));
+                    tiff.setNext(places.at(places.size() - 2), places.back());
                 }
-                tiff.setNext(last, last);
+                tiff.setNext(places.back(), places.at(afterLast));
+                writeBytes(file, tiff.bytes());
+            },
+            small};
+}
+
+/// A directory that is its own directory of EXIF, and its own reduced picture.
+Bomb insideItself()
+{
+    return {"insideItself", "TIFF, a directory inside itself",
+            [](const Path &file) {
+                RawTiff tiff;
+                const RasterImage image = smallPicture();
+                Entries entries = plainEntries(image, tiff.add(packedBytes(image)));
+                const auto pointing = [&entries](std::uint64_t place) {
+                    return with(with(entries, {330, longNumber, {place}}),
+                                {34665, longNumber, {place}});
+                };
+                const std::uint64_t place = RawTiff(tiff).addDirectory(pointing(0));
+                tiff.setFirst(tiff.addDirectory(pointing(place)));
                 writeBytes(file, tiff.bytes());
             },
             small};
@@ -188,7 +207,9 @@ std::vector<Bomb> tiffBombs()
     for (Bomb &bomb : entryBombs()) {
         bombs.push_back(std::move(bomb));
     }
-    bombs.push_back(thousandsOfPages());
+    bombs.push_back(pages("pages", "20000 pages", 20000, 19999));
+    bombs.push_back(pages("circle", "two pages, each after the other", 2, 0));
+    bombs.push_back(insideItself());
     return bombs;
 }
 
