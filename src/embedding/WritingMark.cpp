@@ -39,7 +39,8 @@ bool lockShared(int descriptor)
 } // namespace
 
 WritingMark::WritingMark(const std::filesystem::path &folder)
-    : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    : m_folder(uninterrupted(
+          [&folder] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }))
 {
     shareOrGiveUp();
 }
