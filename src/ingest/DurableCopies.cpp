@@ -114,10 +114,15 @@ void DurableCopies::finish()
 {
     // Whatever ends this, the copies that have no place yet go.
     std::list<Copy> copies = std::exchange(m_copies, {});
-    for (; !copies.empty(); copies.pop_front()) {
+    // And what the others have replaced, once they have no files open: to remove a folder takes
+    // an open file for each level of it.
+    std::list<Copy> placed;
+    while (!copies.empty()) {
         Copy &copy = copies.front();
         copy.names.check(syncHandle(copy.content));
         replace(copy.names, copy.workplace);
+        copy.content.reset();
+        placed.splice(placed.end(), copies, copies.begin());
     }
 }
 

@@ -28,7 +28,7 @@ QStringList suspectElements(const QString &qml)
         QRegularExpression::MultilineOption);
     // What does so without an element of its own.
     static const QRegularExpression call(
-        u"\\b(ToolTip\\.text|createQmlObject|XMLHttpRequest)\\b"_s);
+        u"\\b(ToolTip\\.text|ToolTip\\.show|createQmlObject|createComponent|XMLHttpRequest)\\b"_s);
     QStringList found;
     for (const QRegularExpression &suspect : {element, call}) {
         for (auto match = suspect.globalMatch(qml); match.hasNext();) {
@@ -36,6 +36,17 @@ QStringList suspectElements(const QString &qml)
         }
     }
     return found;
+}
+
+TEST(TextElements, areFoundWhateverTheyAreCalled)
+{
+    for (const QString &line :
+         {u"Text { }"_s, u"    QC.Label {"_s, u"contentItem: TextArea {"_s, u"Image {"_s,
+          u"ToolTip.text: name"_s, u"ToolTip.show(name)"_s, u"Qt.createQmlObject(name, root)"_s,
+          u"Qt.createComponent(name)"_s, u"new XMLHttpRequest()"_s}) {
+        EXPECT_EQ(suspectElements(u"Item {\n"_s + line + u"\n}"_s).size(), 1) << line.toStdString();
+    }
+    EXPECT_TRUE(suspectElements(u"StyledText {\n}\nMyImage {\n}"_s).isEmpty());
 }
 
 TEST(TextElements, onlyTwoElementsShowTextAndBothShowItPlain)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
+#include "embedding/WritingMark.h"
 #include "faults/SystemCalls.h"
 #include "ingest/PreparationSupport.h"
 
@@ -51,6 +52,45 @@ TEST_F(CheckThatFails, stopsACopyOfAFolderIntoItself)
         EXPECT_EQ(error.code().value(), fault.error) << fault.function << fault.occurrence;
         EXPECT_TRUE(fs::is_empty(m_roll / "_originals"));
     }
+}
+
+TEST(Preparation, opensTheFolderOfACopyInSpiteOfASignal)
+{
+    const TempDir roll;
+    const fs::path file = roll.write("a.jpg", "frame");
+    const WatchedCalls watched({{roll.path(), "roll"}},
+                               {{"open", "roll/_originals/.quillmark-1", 1, EINTR}});
+    Ingestor::prepareFiles({file}, roll.path(), BackupMode::backupOriginals);
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_EQ(readFile(roll / "_originals" / "a.jpg"), "frame");
+}
+
+TEST(Preparation, makesNoCopyInAFolderThatCannotBeOpened)
+{
+    for (const int reason : {EIO, EACCES, EMFILE, ENOENT}) {
+        const TempDir roll;
+        const fs::path file = roll.write("a.jpg", "frame");
+        std::vector<Fault> faults{{"open", "roll/_originals/.quillmark-1", 1, reason}};
+        for (int i = 2; reason == ENOENT && i <= 5; ++i) { // gone, as it seems, each time
+            faults.push_back(
+                {"open", "roll/_originals/.quillmark-" + std::to_string(i), 1, reason});
+        }
+        const WatchedCalls watched({{roll.path(), "roll"}}, faults);
+        const FileError error = failureOf({file}, roll.path(), BackupMode::backupOriginals);
+        EXPECT_TRUE(watched.faultsMet()) << reason;
+        EXPECT_EQ(error.code().value(), reason);
+        EXPECT_EQ(error.path1(), file);
+        EXPECT_TRUE(fs::is_empty(roll / "_originals")) << reason;
+    }
+}
+
+TEST(WritingMark, isMadeInSpiteOfASignal)
+{
+    const TempDir roll;
+    const WatchedCalls watched({{roll.path(), "roll"}}, {{"open", "roll", 1, EINTR}});
+    const WritingMark mark(roll.path());
+    EXPECT_TRUE(watched.faultsMet());
+    EXPECT_TRUE(mark.descriptor());
 }
 
 TEST(Preparation, keepsTheFolderOfAnEarlierRunWhereItsPlaceCannotBeTaken)

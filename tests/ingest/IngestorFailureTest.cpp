@@ -20,6 +20,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAreArray;
 
 TEST(Ingestor, aDirectoryAroundTheOutputIsRefused)
 {
@@ -151,6 +152,24 @@ TEST(Ingestor, fewOpenFilesAreEnough)
         const OpenFileLimit limit(left);
         EXPECT_NO_THROW(Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals));
         EXPECT_EQ(contents(roll / "_originals").size(), files.size()) << left;
+    }
+}
+
+TEST(Ingestor, fewOpenFilesAreEnoughToReplaceAFolder)
+{
+    const TempDir roll;
+    Paths files{roll / "000.jpg"};
+    roll.write("000.jpg/deep/deeper/a.jpg", "frame");
+    for (int i = 100; i < 140; ++i) {
+        files.push_back(roll.write(std::to_string(i) + ".jpg", "frame"));
+    }
+    // The second time there is an earlier copy of the folder to be removed.
+    Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals);
+    const auto copies = contents(roll / "_originals");
+    for (rlim_t left = 10; left < 16; ++left) {
+        const OpenFileLimit limit(left);
+        EXPECT_NO_THROW(Ingestor::prepareFiles(files, roll.path(), BackupMode::backupOriginals));
+        EXPECT_THAT(contents(roll / "_originals"), UnorderedElementsAreArray(copies)) << left;
     }
 }
 

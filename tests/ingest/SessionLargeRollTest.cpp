@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <iterator>
 #include <utility>
@@ -80,11 +79,15 @@ protected:
     static void SetUpTestSuite()
     {
         SessionTest::SetUpTestSuite();
+        usualPlace = qgetenv("TMPDIR");
         if (::access("/dev/shm", W_OK) == 0) {
-            ::setenv("TMPDIR", "/dev/shm", 1);
+            qputenv("TMPDIR", "/dev/shm");
         }
     }
-    static void TearDownTestSuite() { ::unsetenv("TMPDIR"); }
+    static void TearDownTestSuite()
+    {
+        usualPlace.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", usualPlace);
+    }
 
     /// Twenty thousand names of one empty file, in one folder or in many.
     void fill(bool inSubfolders)
@@ -121,6 +124,7 @@ protected:
     }
 
     std::vector<fs::path> expected;
+    inline static QByteArray usualPlace;
 };
 
 TEST_F(LargeRoll, inOneFolderIsPlannedWholeWhileTheWindowStaysAlive)

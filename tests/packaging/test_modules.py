@@ -5,7 +5,7 @@
 import re
 import unittest
 
-from places import ROOT
+from places import BUILD, ROOT
 
 import portable  # isort: skip
 
@@ -47,6 +47,14 @@ class Modules(unittest.TestCase):
 
     def test_folder_has_what_is_imported(self):
         self.assertEqual(self.of_folder, with_further(self.imported) - IN_LIBRARIES)
+
+    def test_window_is_byte_code(self):
+        """Of the C++ that Qt makes of QML, no two builds are the same."""
+        compilers = [line for line in (BUILD / "build.ninja").read_text(encoding="utf-8").split("\n")
+                     if "/qmlcachegen --bare" in line and "/src/ui/" in line]
+        self.assertGreater(len(compilers), 50)
+        for line in compilers:
+            self.assertIn(" --only-bytecode ", line)
 
     def test_debian_package_depends_on_the_same(self):
         text = (ROOT / "packaging" / "CMakeLists.txt").read_text(encoding="utf-8")
