@@ -11,6 +11,7 @@
 #include <QIcon>
 #include <QImageReader>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -78,6 +79,18 @@ void setWindowIcon()
     QApplication::setWindowIcon(QIcon(QPixmap::fromImageReader(&reader)));
 }
 
+/// Stands for the time in which what is drawn is not kept to be drawn again.
+class WithoutPixmapCache
+{
+public:
+    WithoutPixmapCache() { QPixmapCache::setCacheLimit(0); }
+    ~WithoutPixmapCache() { QPixmapCache::setCacheLimit(m_usual); }
+    Q_DISABLE_COPY_MOVE(WithoutPixmapCache)
+
+private:
+    const int m_usual = QPixmapCache::cacheLimit();
+};
+
 /// The configuration that exiftool needs stands in the resource bundle: without it nothing
 /// can be written, and nobody is to find that out after having dropped a roll.
 bool hasResources()
@@ -122,7 +135,12 @@ int main(int argc, char **argv)
     QQmlApplicationEngine engine;
     engine.setInitialProperties({{QStringLiteral("updates"), QVariant::fromValue(&updates)}});
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+    {
+        // The window takes its icon now. From the cache of pixmaps it would wake an idle program
+        // half a minute later, only to find out that nobody uses it any more.
+        const WithoutPixmapCache icon;
+        engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+    }
     if (engine.rootObjects().isEmpty()) {
         return EXIT_FAILURE;
     }

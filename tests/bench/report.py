@@ -17,7 +17,8 @@ def table(results):
     """Prints the figures in Markdown."""
     print("| what | measured | beside | | at most | |\n|---|---:|---|---:|---:|---|")
     for row in read(results):
-        print(f"| {row['what']} | {row['measured']} | {row['beside']} {row['floor']} "
+        beside = row["beside"].replace("|", "\\|")
+        print(f"| {row['what']} | {row['measured']} | {beside} {row['floor']} "
               f"| {row['figure']:.2f} {row['unit']} | {row['limit']:.2f} "
               f"| {'' if row['met'] else 'over'} |")
 
