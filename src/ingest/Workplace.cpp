@@ -104,8 +104,8 @@ Workplace::Workplace(const fs::path &folder)
 
 Workplace::~Workplace()
 {
-    // The lock only keeps others from removing the folder, and that takes an open file for each
-    // level of what is in it.
+    // The lock only keeps others from removing the folder. To remove it takes an open file for
+    // each level of what is in it, and the lock's is one.
     m_lock.reset();
     // What cannot be removed now may well be removed a moment later (EINTR).
     std::error_code failure;
