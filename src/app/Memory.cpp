@@ -7,10 +7,11 @@
 
 namespace quillmark {
 
-void shareMemory()
+void returnMemory()
 {
-#ifdef M_ARENA_MAX // glibc
-    ::mallopt(M_ARENA_MAX, 1);
+#ifdef M_TRIM_THRESHOLD              // glibc, which stops learning once this is set: mallopt(3)
+    constexpr int kept = 256 * 1024; // bytes at the end of each pool
+    ::mallopt(M_TRIM_THRESHOLD, kept);
 #endif
 }
 

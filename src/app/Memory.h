@@ -5,10 +5,9 @@
 
 namespace quillmark {
 
-/// Lets all threads take memory from one pool, so that what one of them gave back serves the
-/// next. The C library's way is a pool for each, which keeps what a frame has needed once for
-/// every thread that has ever looked at one; threads that ask rarely and for much lose nothing
-/// by sharing. Before the first thread is started.
-void shareMemory();
+/// Has the memory that a frame needed go back to the system as soon as it is looked at. The C
+/// library's way is to learn from large blocks to keep such ones, for each thread that has ever
+/// asked for one, and a program that waits for its next roll would go on holding them.
+void returnMemory();
 
 } // namespace quillmark

@@ -108,7 +108,7 @@ bool hasResources()
 
 int main(int argc, char **argv)
 {
-    quillmark::shareMemory();
+    quillmark::returnMemory();
     if (!hasResources()) {
         return EXIT_FAILURE;
     }

@@ -195,11 +195,11 @@ QCoro::Task<> IngestViewModel::run(IngestPlan plan)
 
     State next;
     try {
-        const PreparedFiles prepared = co_await runInBackground(
-            &Ingestor::prepareFiles, plan.rollFiles, plan.folder, plan.backupMode);
+        PreparedFiles prepared = co_await runInBackground(&Ingestor::prepareFiles, plan.rollFiles,
+                                                          plan.folder, plan.backupMode);
         co_await Exiftool::embed(prepared.mutated, plan.detection.payload,
                                  ownGeneratorVersion.toString());
-        next = Done{{plan, prepared.mutated, prepared.backups}};
+        next = Done{{std::move(plan), std::move(prepared.mutated), std::move(prepared.backups)}};
     } catch (...) {
         next = Error{describe(std::current_exception())};
     }

@@ -41,7 +41,7 @@ public:
 private:
     static int &prepared(const QTemporaryDir &settings, int &argc)
     {
-        shareMemory();
+        returnMemory();
         qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
         return argc;
