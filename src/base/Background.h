@@ -4,51 +4,44 @@
 #pragma once
 
 #include <QCoro/QCoroTask>
-#include <QFuture>
-#include <QFutureWatcher>
-#include <QObject>
-#include <QtConcurrent/QtConcurrentRun>
 
 #include <coroutine>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <semaphore>
 #include <type_traits>
 #include <utility>
 
 namespace quillmark {
 
-/// Resumes the awaiting coroutine from its thread's event loop when a future is over, even if it
-/// is over already: what stands behind a call always comes before what stands behind co_await.
-class FutureEnd
+/// Work for a worker of the global thread pool. Awaiting it starts it, and resumes the awaiting
+/// coroutine from its thread's event loop when it is over, even if it is over already: what
+/// stands behind a call always comes before what stands behind co_await.
+///
+/// What the work touches is handed over and back by semaphores of our own: the thread sanitizer
+/// does not see how Qt, which is not built for it, does so, and would see races in all of it.
+class PoolWork
 {
 public:
-    explicit FutureEnd(QFuture<void> future) : m_future(std::move(future)) {}
+    /// The work must not throw. It is destroyed on the worker, before the coroutine resumes.
+    explicit PoolWork(std::function<void()> work) : m_work(std::move(work)) {}
 
     bool await_ready() const { return false; }
-    void await_suspend(std::coroutine_handle<> awaiting) const
-    {
-        auto *const watcher = new QFutureWatcher<void>;
-        QObject::connect(watcher, &QFutureWatcher<void>::finished, watcher, [watcher, awaiting] {
-            watcher->deleteLater();
-            awaiting.resume();
-        });
-        watcher->setFuture(m_future);
-    }
-    void await_resume() const {}
+    void await_suspend(std::coroutine_handle<> awaiting);
+    void await_resume() const { m_end->acquire(); }
 
 private:
-    QFuture<void> m_future;
+    std::function<void()> m_work;
+    std::shared_ptr<std::binary_semaphore> m_end = std::make_shared<std::binary_semaphore>(0);
 };
 
 /// Runs a blocking function on a worker of the global thread pool, without blocking the
 /// awaiting coroutine, and gives what it returned or throws what it threw. The coroutine
 /// resumes on the thread from which it awaited; that thread must run an event loop.
 ///
-/// Function and arguments are taken by value: the work outlives any reference. The result
-/// travels in a box of our own because QFuture wraps foreign exceptions in
-/// QUnhandledException, whose description nobody wants to see.
+/// Function and arguments are taken by value: the work outlives any reference.
 template <typename Function, typename... Arguments>
 auto runInBackground(Function function, Arguments... arguments)
     -> QCoro::Task<std::invoke_result_t<Function, Arguments...>>
@@ -63,21 +56,21 @@ auto runInBackground(Function function, Arguments... arguments)
     // GCC 12 miscompiles a capturing lambda inside a co_await expression: everything that
     // the worker needs is named here and handed over by value.
     const auto box = std::make_shared<Box>();
-    auto work = [box](Function call, Arguments... values) {
+    auto call = [box, function = std::move(function),
+                 ... arguments = std::move(arguments)]() mutable {
         try {
             if constexpr (std::is_void_v<Result>) {
-                std::invoke(std::move(call), std::move(values)...);
+                std::invoke(std::move(function), std::move(arguments)...);
                 box->value.emplace();
             } else {
-                box->value.emplace(std::invoke(std::move(call), std::move(values)...));
+                box->value.emplace(std::invoke(std::move(function), std::move(arguments)...));
             }
         } catch (...) {
             box->failure = std::current_exception();
         }
     };
-    const FutureEnd finished(
-        QtConcurrent::run(std::move(work), std::move(function), std::move(arguments)...));
-    co_await finished;
+    PoolWork work(std::move(call));
+    co_await work;
 
     if (box->failure) {
         std::rethrow_exception(std::exchange(box->failure, nullptr));

@@ -4,16 +4,19 @@
 #include "base/Background.h"
 
 #include "support/Await.h"
+#include "support/Tool.h"
 
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace quillmark {
 namespace {
 
 using test::await;
+using test::runTool;
 
 int threeOnAnotherThread(std::thread::id caller)
 {
@@ -45,6 +48,18 @@ TEST(Background, nothingIsOverBeforeTheCallerHasGoneOn)
         await(std::move(task));
         ASSERT_TRUE(isOver);
     }
+}
+
+// Run where the thread sanitizer must find it (see CMakeLists.txt), and nowhere else.
+TEST(Background, DISABLED_raceOfCallerAndWorker)
+{
+    runTool("true", {});
+    int shared = 0;
+    auto write = [&shared] { shared = 1; };
+    QCoro::Task<> task = runInBackground(write);
+    shared = 2;
+    await(std::move(task));
+    EXPECT_NE(shared, 0);
 }
 
 } // namespace

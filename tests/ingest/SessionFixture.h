@@ -11,10 +11,9 @@
 #include "support/Printers.h"
 #include "support/Samples.h"
 #include "support/TempDir.h"
+#include "support/Tool.h"
 
 #include <gtest/gtest.h>
-
-#include <QProcess>
 
 #include <cstdlib>
 #include <filesystem>
@@ -44,13 +43,10 @@ Case in(const Session &session)
 /// The value of one tag in a file, read by the real exiftool.
 inline QString tagOf(const fs::path &file, const QString &tag)
 {
-    QProcess exiftool;
-    exiftool.start(QStringLiteral("/usr/bin/exiftool"),
-                   {QStringLiteral("-config"),
-                    QString::fromStdString(Exiftool::configURL()->string()), QStringLiteral("-s3"),
-                    QLatin1Char('-') + tag, QString::fromStdString(file.string())});
-    exiftool.waitForFinished();
-    return QString::fromUtf8(exiftool.readAllStandardOutput()).trimmed();
+    const std::string output =
+        runTool("/usr/bin/exiftool", {"-config", Exiftool::configURL()->string(), "-s3",
+                                      "-" + tag.toStdString(), file.string()});
+    return QString::fromStdString(output).trimmed();
 }
 
 /// A session, and a folder for its roll. Settings and resources are the test's own.

@@ -3,26 +3,24 @@
 
 #include "updates/TestAuthority.h"
 
-#include <QProcess>
+#include "support/Tool.h"
+
 #include <QSslConfiguration>
 
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace quillmark::test {
 namespace {
 
-void runOpenssl(const TempDir &folder, const QString &arguments)
+void runOpenssl(const TempDir &folder, const std::vector<std::string> &further)
 {
-    QProcess openssl;
-    openssl.setWorkingDirectory(QString::fromStdString(folder.path().string()));
-    openssl.start(QStringLiteral("openssl"),
-                  QString(QStringLiteral("req -x509 -nodes -days 2 -newkey ec "
-                                         "-pkeyopt ec_paramgen_curve:prime256v1 ") +
-                          arguments)
-                      .split(u' '));
-    if (!openssl.waitForFinished() || openssl.exitCode() != 0) {
-        throw std::runtime_error("openssl: " + openssl.readAllStandardError().toStdString());
-    }
+    std::vector<std::string> arguments{"req",   "-x509",    "-nodes",
+                                       "-days", "2",        "-newkey",
+                                       "ec",    "-pkeyopt", "ec_paramgen_curve:prime256v1"};
+    arguments.insert(arguments.end(), further.begin(), further.end());
+    runTool("openssl", arguments, folder.path());
 }
 
 QByteArray bytes(const std::filesystem::path &file)
@@ -35,10 +33,10 @@ QByteArray bytes(const std::filesystem::path &file)
 TestAuthority::TestAuthority()
 {
     const TempDir folder;
-    runOpenssl(folder, QStringLiteral("-keyout ca.key -out ca.pem -subj /CN=Authority"));
-    runOpenssl(folder, QStringLiteral("-CA ca.pem -CAkey ca.key -keyout server.key -out server.pem "
-                                      "-subj /CN=Server -addext basicConstraints=CA:FALSE "
-                                      "-addext subjectAltName=IP:127.0.0.1,DNS:localhost"));
+    runOpenssl(folder, {"-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=Authority"});
+    runOpenssl(folder, {"-CA", "ca.pem", "-CAkey", "ca.key", "-keyout", "server.key", "-out",
+                        "server.pem", "-subj", "/CN=Server", "-addext", "basicConstraints=CA:FALSE",
+                        "-addext", "subjectAltName=IP:127.0.0.1,DNS:localhost"});
     m_certificate = QSslCertificate(bytes(folder / "ca.pem"));
     m_serverCertificate = QSslCertificate(bytes(folder / "server.pem"));
     m_serverKey = QSslKey(bytes(folder / "server.key"), QSsl::Ec);
