@@ -36,6 +36,11 @@ QImage readScan(const std::filesystem::path &file, QSize largest, const std::sto
 /// With Qt's decoders: any other kind of picture.
 QImage readWithQt(const std::filesystem::path &file, QSize largest)
 {
+    // Pipes and devices are not even opened; should the name become one here, it does not block.
+    std::error_code failure;
+    if (!std::filesystem::is_regular_file(file, failure)) {
+        return {};
+    }
     UniqueFd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     QFile device; // by descriptor: a name of ours may be no text
     if (!fd || !device.open(fd.get(), QIODevice::ReadOnly)) {

@@ -11,7 +11,7 @@
 namespace quillmark {
 namespace {
 
-/// Has the system back memory that nobody has touched yet with pages of 2 MB where it can
+/// Has the system back what nobody has touched yet of this memory with pages of 2 MB where it can
 /// (madvise(2), MADV_HUGEPAGE): taking a frame's in pages of 4 kB costs a good part of filling
 /// it. Whole large pages only, so that a small picture is not given one.
 void preferLargePages(std::uint8_t *memory, std::size_t bytes)

@@ -15,8 +15,9 @@ namespace quillmark {
 
 /// A luma image that comes into being from the top, while others may already look at the rows
 /// that are final. Memory is set aside at once but touched only with the rows that are asked
-/// for, so that writing a row finds it in the cache and a declared size costs nothing before
-/// there are data. Rows that nobody writes are mid-grey. Safe from several threads.
+/// for, so that writing a row finds it in the cache and a declared size costs next to nothing
+/// before there are data: one page, which may be a large one. Rows that nobody writes are mid-grey.
+/// Safe from several threads.
 class LumaRows
 {
 public:

@@ -22,6 +22,7 @@
 #include <unistd.h>
 
 #include <ctime>
+#include <functional>
 
 namespace quillmark {
 namespace {
@@ -103,6 +104,25 @@ protected:
                 Session::Writing{plan},
                 Session::Done{{.plan = plan, .mutated = {}, .backups = {}}},
                 Session::Error{text}};
+    }
+
+    /// Has texts shown that would load a picture, were they anything else than text.
+    void expectNothingLoaded(const std::function<void(const QString &)> &show)
+    {
+        const test::TempDir place;
+        const auto picture = place.write("canary.png", "no picture");
+        const Canary canary(picture);
+        NoNetwork network;
+        m_engine.setNetworkAccessManagerFactory(&network);
+        show(u"<img src=\"%1\"><img src=\"http://127.0.0.1:9/x.png\">"
+             "<link rel=stylesheet href=\"%1\"><script src=\"%1\"></script>"
+             "<body background=\"%1\">![](%1)"_s.arg(
+                 QUrl::fromLocalFile(QString::fromStdString(picture)).toString()));
+        EXPECT_EQ(network.wishes, 0);
+        EXPECT_FALSE(canary.sang());
+        EXPECT_FALSE(test::readFile(picture).empty());
+        EXPECT_TRUE(canary.sang()) << "the canary must be able to sing";
+        m_engine.setNetworkAccessManagerFactory(nullptr);
     }
 
     /// What is shown by items of a class, the fields to type into among them.
@@ -268,28 +288,15 @@ TEST_F(HostileWindow, paintsMarkupLetterByLetter)
 
 TEST_F(HostileWindow, loadsNothing)
 {
-    const test::TempDir place;
-    const auto picture = place.write("canary.png", "no picture");
-    const Canary canary(picture);
-    NoNetwork network;
-    m_engine.setNetworkAccessManagerFactory(&network);
-    const QString text = u"<img src=\"%1\"><img src=\"http://127.0.0.1:9/x.png\">"
-                         "<link rel=stylesheet href=\"%1\"><script src=\"%1\"></script>"
-                         "<body background=\"%1\">![](%1)"_s.arg(
-                             QUrl::fromLocalFile(QString::fromStdString(picture)).toString());
-    for (const Session::State &state : statesWith(text)) {
-        if (std::holds_alternative<Session::ManualEntry>(state)) {
-            continue; // its picture is loaded, and is none of these
+    expectNothingLoaded([this](const QString &text) {
+        for (const Session::State &state : statesWith(text)) {
+            if (!std::holds_alternative<Session::ManualEntry>(state)) { // it loads its picture
+                setState(state);
+                m_window->grabWindow();
+                QTest::qWait(10);
+            }
         }
-        setState(state);
-        m_window->grabWindow();
-        QTest::qWait(10);
-    }
-    EXPECT_EQ(network.wishes, 0);
-    EXPECT_FALSE(canary.sang());
-    EXPECT_FALSE(test::readFile(picture).empty());
-    EXPECT_TRUE(canary.sang()) << "the canary must be able to sing";
-    m_engine.setNetworkAccessManagerFactory(nullptr);
+    });
 }
 
 // --- The form ---------------------------------------------------------------------------
@@ -320,6 +327,15 @@ protected:
         return *found;
     }
 };
+
+TEST_F(HostileForm, loadsNothing)
+{
+    expectNothingLoaded([this](const QString &text) {
+        notesOf(text);
+        m_window->grabWindow();
+        QTest::qWait(10);
+    });
+}
 
 TEST_F(HostileForm, keepsWhatItWasFilledWith)
 {

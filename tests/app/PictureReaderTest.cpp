@@ -3,6 +3,7 @@
 
 #include "app/PictureReader.h"
 #include "app/TwoHalves.h"
+#include "base/UniqueFd.h"
 #include "support/ImageFiles.h"
 #include "support/Printers.h"
 #include "support/TempDir.h"
@@ -11,6 +12,12 @@
 #include <QFile>
 
 #include <gtest/gtest.h>
+
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace quillmark {
 namespace {
@@ -88,6 +95,24 @@ TEST_F(PictureReader, takesNamesThatAreNoText)
     ASSERT_TRUE(image.save(QFile::decodeName((m_dir / "a.png").c_str())));
     std::filesystem::rename(m_dir / "a.png", m_dir / "caf\xe9.png");
     EXPECT_FALSE(readPicture(m_dir / "caf\xe9.png", {200, 200}).isNull());
+}
+
+TEST_F(PictureReader, takesNothingFromAPipe)
+{
+    QImage image(6, 3, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    ASSERT_TRUE(image.save(QFile::decodeName((m_dir / "a.png").c_str())));
+    const std::string picture = test::readFile(m_dir / "a.png");
+    const auto pipe = m_dir / "pipe.png";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const UniqueFd ends(::open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_EQ(::write(ends.get(), picture.data(), picture.size()),
+              static_cast<ssize_t>(picture.size()));
+
+    EXPECT_TRUE(readPicture(pipe, {200, 200}).isNull());
+
+    std::string left(picture.size() + 1, '\0');
+    EXPECT_EQ(::read(ends.get(), left.data(), left.size()), static_cast<ssize_t>(picture.size()));
 }
 
 TEST_F(PictureReader, givesNothingWhereThereIsNoPicture)

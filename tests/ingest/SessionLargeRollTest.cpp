@@ -26,6 +26,7 @@ using ::testing::HasSubstr;
 constexpr int rollSize = 20'000;
 constexpr int subfolders = 2'000;
 
+// Each access is looked at, so that only a loop that stands still is to be told from others.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::chrono::milliseconds longestTurn{1000};
 #else
