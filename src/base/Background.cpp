@@ -50,14 +50,14 @@ private:
 
 void PoolWork::await_suspend(std::coroutine_handle<> awaiting)
 {
-    auto *const runnable = new Runnable(std::move(m_work), m_end);
+    auto runnable = std::make_unique<Runnable>(std::move(m_work), m_end);
     auto *const watcher = new QFutureWatcher<void>;
     QObject::connect(watcher, &QFutureWatcher<void>::finished, watcher, [watcher, awaiting] {
         watcher->deleteLater();
         awaiting.resume();
     });
     watcher->setFuture(runnable->future());
-    runnable->start();
+    runnable.release()->start();
 }
 
 } // namespace quillmark

@@ -3,10 +3,10 @@
 
 #include "detection/LumaRows.h"
 
-#include <sys/mman.h>
-
 #include <cstdint>
 #include <utility>
+
+#include <sys/mman.h>
 
 namespace quillmark {
 namespace {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "embedding/ChildProcess.h"
 #include "embedding/Exiftool.h"
 #include "ingest/IngestViewModel.h"
 #include "payload/SlatePayloadJson.h"
@@ -11,7 +12,6 @@
 #include "support/Printers.h"
 #include "support/Samples.h"
 #include "support/TempDir.h"
-#include "support/Tool.h"
 
 #include <gtest/gtest.h>
 
@@ -43,10 +43,10 @@ Case in(const Session &session)
 /// The value of one tag in a file, read by the real exiftool.
 inline QString tagOf(const fs::path &file, const QString &tag)
 {
-    const std::string output =
-        runTool("/usr/bin/exiftool", {"-config", Exiftool::configURL()->string(), "-s3",
-                                      "-" + tag.toStdString(), file.string()});
-    return QString::fromStdString(output).trimmed();
+    const ChildResult result =
+        runChild("/usr/bin/exiftool", {"-config", Exiftool::configURL()->string(), "-s3",
+                                       "-" + tag.toStdString(), file.string()});
+    return QString::fromStdString(result.output).trimmed();
 }
 
 /// A session, and a folder for its roll. Settings and resources are the test's own.

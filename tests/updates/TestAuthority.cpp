@@ -3,7 +3,7 @@
 
 #include "updates/TestAuthority.h"
 
-#include "support/Tool.h"
+#include "embedding/ChildProcess.h"
 
 #include <QSslConfiguration>
 
@@ -14,13 +14,16 @@
 namespace quillmark::test {
 namespace {
 
-void runOpenssl(const TempDir &folder, const std::vector<std::string> &further)
+void runOpenssl(const std::vector<std::string> &further)
 {
     std::vector<std::string> arguments{"req",   "-x509",    "-nodes",
                                        "-days", "2",        "-newkey",
                                        "ec",    "-pkeyopt", "ec_paramgen_curve:prime256v1"};
     arguments.insert(arguments.end(), further.begin(), further.end());
-    runTool("openssl", arguments, folder.path());
+    const ChildResult result = runChild("/usr/bin/openssl", arguments);
+    if (result.status != 0) {
+        throw std::runtime_error("openssl: " + result.errors);
+    }
 }
 
 QByteArray bytes(const std::filesystem::path &file)
@@ -33,10 +36,12 @@ QByteArray bytes(const std::filesystem::path &file)
 TestAuthority::TestAuthority()
 {
     const TempDir folder;
-    runOpenssl(folder, {"-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=Authority"});
-    runOpenssl(folder, {"-CA", "ca.pem", "-CAkey", "ca.key", "-keyout", "server.key", "-out",
-                        "server.pem", "-subj", "/CN=Server", "-addext", "basicConstraints=CA:FALSE",
-                        "-addext", "subjectAltName=IP:127.0.0.1,DNS:localhost"});
+    const auto file = [&folder](const char *name) { return (folder / name).string(); };
+    runOpenssl({"-keyout", file("ca.key"), "-out", file("ca.pem"), "-subj", "/CN=Authority"});
+    runOpenssl({"-CA", file("ca.pem"), "-CAkey", file("ca.key"), "-keyout", file("server.key"),
+                "-out", file("server.pem"), "-subj", "/CN=Server", "-addext",
+                "basicConstraints=CA:FALSE", "-addext",
+                "subjectAltName=IP:127.0.0.1,DNS:localhost"});
     m_certificate = QSslCertificate(bytes(folder / "ca.pem"));
     m_serverCertificate = QSslCertificate(bytes(folder / "server.pem"));
     m_serverKey = QSslKey(bytes(folder / "server.key"), QSsl::Ec);
