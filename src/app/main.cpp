@@ -4,6 +4,7 @@
 #include "app/Accessibility.h"
 #include "app/Memory.h"
 #include "app/updates/UpdaterCoordinator.h"
+#include "base/Background.h"
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
@@ -15,7 +16,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QThreadPool>
 #include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -146,14 +146,14 @@ int main(int argc, char **argv)
     }
     const int status = QApplication::exec();
 
-    // The application's destructor waits for the global thread pool, and a scan cannot be
+    // The application's destructor waits for what goes on in the background, and a scan cannot be
     // cancelled, nor can the search for a server's address: they would keep a process without a
     // window alive for as long as the folder or a name server takes. Both only read, so the
     // process may end under them. Runs that write are over here.
     quillmark::Updater &updater = *updates.controller()->updater();
     const bool isFetching = updater.isFetching();
     updater.dismiss(); // which leaves no file behind
-    if (isFetching || QThreadPool::globalInstance()->activeThreadCount() > 0) {
+    if (isFetching || quillmark::isBackgroundBusy()) {
         std::quick_exit(status);
     }
     return status;

@@ -3,61 +3,72 @@
 
 #include "base/Background.h"
 
-#include <QFuture>
-#include <QFutureWatcher>
+#include <QCoreApplication>
 #include <QObject>
-#include <QPromise>
-#include <QRunnable>
-#include <QThreadPool>
+
+#include <atomic>
+#include <system_error>
 
 namespace quillmark {
 namespace {
 
-class Runnable final : public QRunnable
+/// How much work is not over.
+constinit std::atomic<int> working = 0;
+
+/// Stands for one piece of work that is not over.
+class AtWork
 {
 public:
-    Runnable(std::function<void()> work, std::shared_ptr<std::binary_semaphore> end)
-        : m_work(std::move(work)), m_end(std::move(end))
-    {}
-
-    QFuture<void> future() const { return m_promise.future(); }
-
-    /// Makes all that was written so far known to the worker, which deletes this when it is done.
-    void start()
+    AtWork() { ++working; }
+    AtWork(const AtWork &) = delete;
+    AtWork &operator=(const AtWork &) = delete;
+    ~AtWork()
     {
-        m_start.release();
-        QThreadPool::globalInstance()->start(this);
+        --working;
+        working.notify_all();
     }
-
-    void run() override
-    {
-        m_start.acquire();
-        m_promise.start();
-        m_work();
-        m_work = nullptr;
-        m_end->release();
-        m_promise.finish();
-    }
-
-private:
-    std::function<void()> m_work;
-    std::shared_ptr<std::binary_semaphore> m_end;
-    std::binary_semaphore m_start{0};
-    QPromise<void> m_promise;
 };
+
+void waitAtTheEnd()
+{
+    qAddPostRoutine(&waitForBackground);
+}
+Q_COREAPP_STARTUP_FUNCTION(waitAtTheEnd)
 
 } // namespace
 
-void PoolWork::await_suspend(std::coroutine_handle<> awaiting)
+void ThreadWork::await_suspend(std::coroutine_handle<> awaiting)
 {
-    auto runnable = std::make_unique<Runnable>(std::move(m_work), m_end);
-    auto *const watcher = new QFutureWatcher<void>;
-    QObject::connect(watcher, &QFutureWatcher<void>::finished, watcher, [watcher, awaiting] {
-        watcher->deleteLater();
-        awaiting.resume();
-    });
-    watcher->setFuture(runnable->future());
-    runnable.release()->start();
+    // Lives on this thread, whose event loop calls what is posted to it.
+    auto resumption = std::make_unique<QObject>();
+    auto run = [work = std::move(m_work), awaiting, receiver = resumption.get(),
+                atWork = std::make_unique<AtWork>()]() mutable {
+        work();
+        work = nullptr;
+        const auto resume = [awaiting, receiver] {
+            receiver->deleteLater();
+            awaiting.resume();
+        };
+        QMetaObject::invokeMethod(receiver, resume, Qt::QueuedConnection);
+    };
+    try {
+        m_thread = std::thread(std::move(run));
+    } catch (const std::system_error &error) {
+        throw std::system_error(error.code(), "A thread could not be started");
+    }
+    static_cast<void>(resumption.release());
+}
+
+bool isBackgroundBusy()
+{
+    return working != 0;
+}
+
+void waitForBackground()
+{
+    for (int left = working; left != 0; left = working) {
+        working.wait(left);
+    }
 }
 
 } // namespace quillmark

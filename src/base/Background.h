@@ -10,36 +10,43 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <semaphore>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
 namespace quillmark {
 
-/// Work for a worker of the global thread pool. Awaiting it starts it, and resumes the awaiting
-/// coroutine from its thread's event loop when it is over, even if it is over already: what
-/// stands behind a call always comes before what stands behind co_await.
-///
-/// What the work touches is handed over and back by semaphores of our own: the thread sanitizer
-/// does not see how Qt, which is not built for it, does so, and would see races in all of it.
-class PoolWork
+/// Work for a thread of its own. Awaiting it starts it, and resumes the awaiting coroutine from
+/// its thread's event loop when it is over, even if it is over already: what stands behind a
+/// call always comes before what stands behind co_await.
+class ThreadWork
 {
 public:
-    /// The work must not throw. It is destroyed on the worker, before the coroutine resumes.
-    explicit PoolWork(std::function<void()> work) : m_work(std::move(work)) {}
+    /// The work must not throw. It is destroyed on its thread, before the coroutine resumes.
+    explicit ThreadWork(std::function<void()> work) : m_work(std::move(work)) {}
 
     bool await_ready() const { return false; }
+    /// Throws std::system_error, which passes for what was awaited, where no thread can be had.
     void await_suspend(std::coroutine_handle<> awaiting);
-    void await_resume() const { m_end->acquire(); }
+    void await_resume() { m_thread.join(); }
 
 private:
     std::function<void()> m_work;
-    std::shared_ptr<std::binary_semaphore> m_end = std::make_shared<std::binary_semaphore>(0);
+    std::thread m_thread;
 };
 
-/// Runs a blocking function on a worker of the global thread pool, without blocking the
-/// awaiting coroutine, and gives what it returned or throws what it threw. The coroutine
-/// resumes on the thread from which it awaited; that thread must run an event loop.
+/// Whether any ThreadWork is not over. Any thread.
+bool isBackgroundBusy();
+
+/// Waits until all ThreadWork is over, though not until the coroutines resume that await it: that
+/// is up to their event loops. The application's destructor does so too, since work may use what
+/// lives as long as the application. Any thread but those that work.
+void waitForBackground();
+
+/// Runs a blocking function on a thread of its own, without blocking the awaiting coroutine, and
+/// gives what it returned or throws what it threw; std::system_error where no thread can be had
+/// (pthread_create(3), EAGAIN). The coroutine resumes on the thread from which it awaited; that
+/// thread must run an event loop.
 ///
 /// Function and arguments are taken by value: the work outlives any reference.
 template <typename Function, typename... Arguments>
@@ -54,7 +61,7 @@ auto runInBackground(Function function, Arguments... arguments)
     };
 
     // GCC 12 miscompiles a capturing lambda inside a co_await expression: everything that
-    // the worker needs is named here and handed over by value.
+    // the work needs is named here and handed over by value.
     const auto box = std::make_shared<Box>();
     auto call = [box, function = std::move(function),
                  ... arguments = std::move(arguments)]() mutable {
@@ -69,8 +76,8 @@ auto runInBackground(Function function, Arguments... arguments)
             box->failure = std::current_exception();
         }
     };
-    PoolWork work(std::move(call));
-    co_await work;
+    ThreadWork work(std::move(call));
+    co_await std::move(work);
 
     if (box->failure) {
         std::rethrow_exception(std::exchange(box->failure, nullptr));

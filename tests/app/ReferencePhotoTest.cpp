@@ -4,6 +4,7 @@
 #include "app/ReferencePhoto.h"
 #include "app/FileUrl.h"
 #include "app/TwoHalves.h"
+#include "base/Background.h"
 #include "support/ImageFiles.h"
 #include "support/LargeTiff.h"
 #include "support/Printers.h"
@@ -11,7 +12,6 @@
 
 #include <QQuickWindow>
 #include <QTest>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -193,7 +193,7 @@ TEST_F(Photo, dropsAPictureThatCameTooLate)
     m_window.grabWindow(); // reading begins
     show(jpeg(90, 30));
     ASSERT_TRUE(waitForPicture());
-    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(30'000));
+    waitForBackground();
     QCoreApplication::processEvents();
     EXPECT_EQ(m_photo->picture().size(), QSize(90, 30));
 }
@@ -218,7 +218,7 @@ TEST_F(Photo, mayGoWhileItIsRead)
     show(largeScan());
     m_window.grabWindow();
     delete m_photo;
-    EXPECT_TRUE(QThreadPool::globalInstance()->waitForDone(30'000));
+    waitForBackground();
     QCoreApplication::processEvents();
 }
 

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-// Stands before the C library's functions for processes and their pipes.
+// Stands before the C library's functions for threads, and for processes and their pipes.
 
 #include "faults/ChildWatch.h"
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
+#include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -66,19 +66,18 @@ int pipe2(int ends[2], int flags) noexcept
 }
 
 /// Gives the error itself.
-int posix_spawn(pid_t *pid, const char *path, const posix_spawn_file_actions_t *actions,
-                const posix_spawnattr_t *attributes, char *const arguments[],
-                char *const environment[])
+int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*start)(void *),
+                   void *argument) noexcept
 {
-    static auto *const real = libraryFunction<decltype(posix_spawn)>("posix_spawn");
-    const Subject subject = ofChild("child");
-    const Order order = subject ? orderFor("posix_spawn", subject) : Order{};
-    // Written down first: from here on the child may be at work.
+    static auto *const real =
+        libraryFunction<int(pthread_t *, const pthread_attr_t *, void *(*)(void *), void *)>(
+            "pthread_create");
+    const Subject subject = ofChild("thread");
+    const Order order = subject ? orderFor("pthread_create", subject) : Order{};
     if (subject) {
-        report("posix_spawn", subject, order.error != 0, {});
+        report("pthread_create", subject, order.error != 0, {});
     }
-    return order.error != 0 ? order.error
-                            : real(pid, path, actions, attributes, arguments, environment);
+    return order.error != 0 ? order.error : real(thread, attributes, start, argument);
 }
 
 pid_t fork() noexcept

@@ -38,9 +38,7 @@ FileIdentity identity(const fs::path &path)
 /// A trace up to the moment from which originals may be written to.
 Calls beforeTheChild(const Calls &calls)
 {
-    const auto isStart = [](const SystemCall &call) {
-        return call.function == "fork" || call.function == "posix_spawn";
-    };
+    const auto isStart = [](const SystemCall &call) { return call.function == "fork"; };
     return {calls.begin(), std::find_if(calls.begin(), calls.end(), isStart)};
 }
 

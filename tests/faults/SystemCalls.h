@@ -14,7 +14,7 @@ namespace quillmark::test {
 
 /// What is known of one call that this process made of the system.
 struct SystemCall {
-    std::string function; ///< the C library's name of it: "open", "rename", "posix_spawn"
+    std::string function; ///< the C library's name of it: "open", "rename", "fork"
     std::string subject;  ///< what it concerned, as the labels of WatchedCalls say it
     bool changes = false; ///< creates, writes to, renames or removes the subject
     bool failed = false;
@@ -37,8 +37,8 @@ struct Fault {
 
 /// Watches the calls of this process, in all its threads and in all libraries, for as long as
 /// it lives: those that concern what lies below one of the paths given or a descriptor opened
-/// there, and all that concern a child. Those of the child itself, from fork() to its program,
-/// come last, with the subject "child itself".
+/// there, all that concern a child, and those that make a thread. Those of the child itself, from
+/// fork() to its program, come last, with the subject "child itself".
 ///
 /// It stands on functions of the C library's names that an executable with this source in it
 /// exports, and which therefore are found before the library's own. One at a time.

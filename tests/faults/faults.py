@@ -55,15 +55,15 @@ def faults_of(case):
 
 
 def points_of(calls):
-    """Every call of a run, as what it is known by again in another."""
+    """Every call of a run after the listing, as what it is known by again in another."""
     first = next(i for i, call in enumerate(calls) if call[1].startswith("settings"))
     seen = collections.Counter()
     points = []
-    for function, subject, changes in calls[first:]:
+    for number, (function, subject, changes) in enumerate(calls):
         seen[function, subject] += 1
-        points.append(
-            Point(function, subject, seen[function, subject], errors_for(function, changes))
-        )
+        if number >= first:
+            point = Point(function, subject, seen[function, subject], errors_for(function, changes))
+            points.append(point)
     return points
 
 

@@ -62,7 +62,7 @@ class Judge:
     def after_fault(self, place, case, result):
         # What an earlier run left may stay for the next where it could not be removed.
         keeps_abandoned = bool(
-            re.match(r"roll/(_originals|_tagged)(/\.quillmark-[12](/|$)|$)", case.point.subject)
+            re.match(r"thread|roll/(_originals|_tagged)(/\.quillmark-[12](/|$)|$)", case.point.subject)
         )
         if case.point.subject.startswith("settings"):
             return self._settings_fault(place, result)
@@ -90,6 +90,8 @@ class Judge:
     def _names(self, point):
         """Patterns of which a text has to hold one: the name of what the failed call concerned,
         and for what lies in a workplace, of what is copied there."""
+        if point.subject == "thread":
+            return ["thread"]
         if not point.subject.startswith(("roll", "elsewhere")):
             return ["exiftool"]
         names = []

@@ -5,6 +5,7 @@
 
 #include "app/updates/PackageName.h"
 #include "base/Background.h"
+#include "base/Described.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -149,6 +150,8 @@ QCoro::Task<> PackageDownload::verify()
         }
     } catch (const UpdateError &caught) {
         error = caught;
+    } catch (...) {
+        error.emplace(UpdateError::Case::cannotStore, describe(std::current_exception()));
     }
     if (!alive) {
         co_return;
