@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 
 namespace quillmark::test {
@@ -113,33 +114,36 @@ class Durability : public ::testing::Test
 protected:
     void SetUp() override
     {
-        RasterImage picture{.width = 16, .height = 12};
-        picture.samples.assign(std::size_t{3} * 16 * 12, 30000);
-        writeJpeg(m_roll / "01.jpg", picture);
-        writeTiff(m_roll / "02.tif", picture);
+        m_picture.samples.assign(std::size_t{3} * 16 * 12, 30000);
+        writeJpeg(m_roll / "01.jpg", m_picture);
+        writeTiff(m_roll / "02.tif", m_picture);
         fs::create_directory(m_roll / "album.jpg");
-        writeJpeg(m_roll / "album.jpg" / "03.jpg", picture);
+        writeJpeg(m_roll / "album.jpg" / "03.jpg", m_picture);
         m_roll.write("_originals/01.jpg", "the backup of an earlier run");
         m_original = readFile(m_roll / "01.jpg");
+        m_files = {m_roll / "01.jpg", m_roll / "02.tif", m_roll / "album.jpg"};
     }
 
-    Calls run(BackupMode mode)
+    Calls run(BackupMode mode, std::vector<Fault> faults = {}) const
     {
         IngestViewModel session;
         session.setBackupMode(mode);
         session.setState(IngestViewModel::Ready{
             {.folder = m_roll.path(),
              .detection = {.file = m_roll.path(), .payload = fullPayload(), .raw = {}},
-             .rollFiles = {m_roll / "01.jpg", m_roll / "02.tif", m_roll / "album.jpg"},
+             .rollFiles = m_files,
              .backupMode = mode}});
-        const WatchedCalls watched({{m_roll.path(), "roll"}});
+        const WatchedCalls watched({{m_roll.path(), "roll"}}, std::move(faults));
         await(session.runIngest());
+        EXPECT_TRUE(watched.faultsMet());
         EXPECT_TRUE(std::holds_alternative<IngestViewModel::Done>(session.state()));
         return watched.calls();
     }
 
     TempDir m_roll;
+    RasterImage m_picture{.width = 16, .height = 12};
     std::string m_original;
+    std::vector<fs::path> m_files;
 };
 
 TEST_F(Durability, backupsAreOnDiskBeforeTheFirstOriginalIsWrittenTo)
@@ -168,6 +172,35 @@ TEST_F(Durability, anEarlierBackupIsReplacedByWhatIsOnDiskAlready)
     const FileIdentity folder = identity(m_roll / "_originals");
     EXPECT_GT(lastSynchronisation(calls, file), 0);
     EXPECT_LT(lastSynchronisation(calls, file), lastNaming(calls, file, folder));
+}
+
+TEST_F(Durability, backupsAreOnDiskHoweverTheyWereMade)
+{
+    const Fault notCloned{"ioctl(FICLONE)", "", Fault::always, EOPNOTSUPP};
+    const Fault notByKernel{"copy_file_range", "", Fault::always, ENOSYS};
+    const Fault inTwoSteps{"renameat2", "", Fault::always, EINVAL};
+    for (const std::vector<Fault> &faults :
+         {std::vector{notCloned}, {notCloned, notByKernel}, {inTwoSteps}}) {
+        // The second time, each takes the place of a backup.
+        for (int time = 0; time < 2; ++time) {
+            const Calls calls = beforeTheChild(run(BackupMode::backupOriginals, faults));
+            EXPECT_THAT(atRisk(calls, below(m_roll / "_originals")), IsEmpty())
+                << faults.back().function;
+        }
+    }
+}
+
+TEST_F(Durability, manyBackupsAreOnDiskToo)
+{
+    constexpr int frames = 200;
+    for (int i = 0; i < frames; ++i) {
+        m_files.push_back(m_roll / ("frame " + std::to_string(i) + ".jpg"));
+        writeJpeg(m_files.back(), m_picture);
+    }
+    const Calls calls = beforeTheChild(run(BackupMode::backupOriginals));
+    const std::vector<fs::path> copies = below(m_roll / "_originals");
+    EXPECT_EQ(copies.size(), frames + 4U);
+    EXPECT_THAT(atRisk(calls, copies), IsEmpty());
 }
 
 TEST_F(Durability, everySynchronisationCounts)

@@ -21,7 +21,7 @@ from judge import CHILD_ITSELF
 from rolls import Place
 
 SKIPPED = 77
-MODES = ("backup-originals", "write-copies")
+MODES = ("backup-originals", "write-copies", "none")
 MARK = "quillmark watch"  # the driver asks for files of these names, which are not there
 MANY = 1000
 # The watch itself looks which file each call is about, and which folder that is in.

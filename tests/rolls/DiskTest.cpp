@@ -121,6 +121,28 @@ TEST_F(OddDisk, withoutRoomForTaggingIsAnErrorAndCostsNothing)
     EXPECT_EQ(ingest(BackupMode::none, disk->path()), "");
 }
 
+TEST_F(OddDisk, thatTheBackupsFillCostsNothing)
+{
+    constexpr std::size_t block = 4096;
+    ASSERT_GT(contents.at("00.jpg").size(), block);
+    std::size_t room = block; // for all copies, and less than a frame
+    for (const auto &[name, content] : contents) {
+        room += (content.size() + block - 1) / block * block;
+    }
+    disk->fill("ballast", room);
+    EXPECT_THAT(ingest(BackupMode::backupOriginals, disk->path()),
+                AllOf(HasSubstr("exiftool exited with code 1\n\n"), HasSubstr("00.jpg")));
+    for (const auto &[name, content] : contents) {
+        EXPECT_EQ(readFile(disk->path() / "_originals" / name), content) << name;
+        EXPECT_TRUE(readFile(disk->path() / name) == content || isTagged(disk->path() / name))
+            << name;
+    }
+    expectNoLeftovers(disk->path());
+
+    fs::remove(disk->path() / "ballast");
+    EXPECT_EQ(ingest(BackupMode::backupOriginals, disk->path()), "");
+}
+
 TEST_F(OddDisk, ofTheBackupsAloneMayBeFull)
 {
     fs::create_directory_symlink(disk->path(), roll / "_originals");
