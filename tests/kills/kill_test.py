@@ -4,9 +4,10 @@
 
 usage: kill_test.py BUILD_FOLDER [COUNT] [--seed N] [--jobs N]
 
-Each kill has a folder of 36 images of its own, three of them in a folder with an image's name. In turn the backup modes and the victims are
-gone through: the program, its exiftool, or both. A kill comes at a random moment of one of
-these phases, whose lengths are measured first, in runs that are left alone:
+Each kill has a folder of 36 images of its own, three of them in a folder with an image's name.
+In every fourth, an earlier run has come to its end. In turn the backup modes and the victims are
+gone through: the program, its exiftool, or both. A kill comes at a random moment of one of these
+phases, whose lengths are measured first, in runs that are left alone:
 
   preparation  from the beginning until exiftool is started
   start        until exiftool has replaced the first file
@@ -35,7 +36,7 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
 
 from harness import processes  # noqa: E402  (found through the line above, as by roll)
-from roll import Roll  # noqa: E402
+from roll import Roll, Start, contents  # noqa: E402
 from subject import MODES, Run, seconds_until_gone  # noqa: E402
 
 PHASES = ("preparation", "start", "writing", "end")
@@ -49,10 +50,13 @@ VICTIMS = tuple(AIMS)
 LEARNING_RUNS = 2  # of each mode
 # Seconds that exiftool may outlive its program by, on a busy machine.
 GRACE = 5.0
+# In every kill of so many, the roll was tagged before.
+AGAIN = 4
 # A kill that finds its victim gone already is tried again.
 TRIES = 20
 
-Kill = collections.namedtuple("Kill", "phase victim mode next_mode losses left_behind outlived")
+Case = collections.namedtuple("Case", "start mode next_mode victim aim")
+Kill = collections.namedtuple("Kill", "case phase losses left_behind outlived")
 
 
 class Lengths:
@@ -76,6 +80,7 @@ class KillTest:
         self._seed = seed
         self._lengths = Lengths()
         self._roll = None
+        self._earlier = {}
         self.missed = 0
         self._counting = threading.Lock()
 
@@ -84,15 +89,19 @@ class KillTest:
     def learn(self):
         """Makes the roll, and runs over it undisturbed: for the times, and for the result."""
         self._roll = Roll(self._subject, self._path(b"roll"))
-        folder = self._path(b"whole")
         for mode in MODES:
+            folder = self._path(mode.encode())
+            copying = mode == "write-copies"
             for _ in range(LEARNING_RUNS):
-                self._roll.copy(folder)
+                self._roll.copy(self._roll.untouched, folder)
                 self._lengths.add(mode, self._measure(folder, mode))
-                self._roll.learn(
-                    os.path.join(folder, b"_tagged") if mode == "write-copies" else folder, 1)
-        self._measure(folder, "none")
-        self._roll.learn(folder, 2)
+                self._roll.learn(os.path.join(folder, b"_tagged") if copying else folder, 1)
+            self._earlier[mode] = Start(folder, 0 if copying else 1)
+        folder = self._path(b"again")
+        self._roll.copy(self._earlier["none"], folder)
+        for times in (2, 3):
+            self._measure(folder, "none")
+            self._roll.learn(folder, times)
         shutil.rmtree(folder)
 
     def _measure(self, folder, mode):
@@ -116,8 +125,8 @@ class KillTest:
 
     # --- Kills
 
-    def kill(self, number):
-        """Kills one run and looks at what it left, and at the run that follows."""
+    def case(self, number):
+        """What is gone through in turn."""
         mode = MODES[number % len(MODES)]
         victim = VICTIMS[number // len(MODES) % len(VICTIMS)]
         # Each nine kills have each mode followed by each.
@@ -126,20 +135,30 @@ class KillTest:
         aims = AIMS[victim]
         # Moved on by a place with the modes, so that a short test sees several phases as well.
         aim = aims[(number // len(MODES) // len(VICTIMS) + number % len(MODES)) % len(aims)]
+        start = self._roll.untouched
+        if number % AGAIN == AGAIN - 1:
+            start = self._earlier[MODES[number // AGAIN % len(MODES)]]
+        return Case(start, mode, next_mode, victim, aim)
+
+    def kill(self, number):
+        """Kills one run and looks at what it left, and at the run that follows."""
+        case = self.case(number)
         chance = random.Random(f"{self._seed} {number}")
         folder = self._path(b"kill-%d" % number)
         for _ in range(TRIES):
-            self._roll.copy(folder)
-            kill = self._kill_once(folder, mode, next_mode, victim, aim, chance.random())
+            self._roll.copy(case.start, folder)
+            kill = self._kill_once(folder, case, chance.random())
             if kill:
                 if not kill.losses:
                     shutil.rmtree(folder)
                 return kill
             with self._counting:
                 self.missed += 1
-        raise RuntimeError(f"{victim} was gone at each of {TRIES} moments of phase {aim}")
+        raise RuntimeError(
+            f"{case.victim} was gone at each of {TRIES} moments of phase {case.aim}")
 
-    def _kill_once(self, folder, mode, next_mode, victim, aim, fraction):
+    def _kill_once(self, folder, case, fraction):
+        start, mode, next_mode, victim, aim = case
         run = Run(self._subject, folder, mode)
         self._wait_for(run, aim)
         # A little longer than the phase, where that is not beyond the run.
@@ -168,16 +187,16 @@ class KillTest:
             if outlived is None or outlived > GRACE:
                 losses.append("exiftool stayed without its program")
             # A roll takes it less than that: left to itself, it would have gone to the end.
-            written = self._roll.written(folder, mode)
-            if child and replaced < len(self._roll.before) / 2 and \
-                    written == len(self._roll.before):
+            written = self._roll.written(folder, mode, start)
+            if child and replaced < len(self._roll.names) / 2 and \
+                    written == len(self._roll.names):
                 losses.append(f"exiftool went on without its program, from {replaced} files "
                               f"to {written}")
-        phase, lost, left_behind = self._judge(folder, mode, run.child_seen)
+        phase, lost, left_behind = self._judge(folder, case, run.child_seen)
         losses += lost
         if not losses:
             losses = self._run_again(folder, next_mode)
-        return Kill(phase, victim, mode, next_mode, losses, left_behind, outlived)
+        return Kill(case, phase, losses, left_behind, outlived)
 
     def _wait_for(self, run, aim):
         run.line("writing")
@@ -185,18 +204,18 @@ class KillTest:
         for wait in waits[:PHASES.index(aim)]:
             wait()
 
-    def _judge(self, folder, mode, child_seen):
-        written = self._roll.written(folder, mode)
+    def _judge(self, folder, case, child_seen):
+        written = self._roll.written(folder, case.mode, case.start)
         if not child_seen:
             phase = "preparation"
         elif written == 0:
             phase = "start"
         else:
-            phase = "writing" if written < len(self._roll.before) else "end"
-        return phase, *self._roll.losses(folder, mode)
+            phase = "writing" if written < len(self._roll.names) else "end"
+        return phase, *self._roll.losses(folder, case.mode, case.start)
 
     def _run_again(self, folder, mode):
-        earlier = self._roll.state(folder)
+        earlier = contents(folder)
         run = Run(self._subject, folder, mode)
         line = run.line("done", "error")
         expected = f"done {self._roll.entries}"
@@ -220,7 +239,7 @@ def table(kills, column, columns):
     lines = [f"{'phase':<18}" + "".join(f"{name:>18}" for name in (*columns, "all"))]
     for phase in (*PHASES, "all"):
         row = [kill for kill in kills if phase in ("all", kill.phase)]
-        cells = [cell([kill for kill in row if getattr(kill, column) == name])
+        cells = [cell([kill for kill in row if getattr(kill.case, column) == name])
                  for name in columns]
         lines.append(f"{phase:<18}" + "".join(f"{text:>18}" for text in (*cells, cell(row))))
     return "\n".join(lines)
@@ -231,13 +250,16 @@ def report(kills, missed, seconds, seed):
     temporary = sum(any(path.endswith(b"_exiftool_tmp") for path in kill.left_behind)
                     for kill in kills)
     unfinished = sum(any(b".quillmark-" in path for path in kill.left_behind) for kill in kills)
-    other = sum(kill.mode != kill.next_mode for kill in kills)
-    outlived = max((kill.outlived or 0.0 for kill in kills if kill.victim == "program"), default=0)
+    other = sum(kill.case.mode != kill.case.next_mode for kill in kills)
+    again = sum(number % AGAIN == AGAIN - 1 for number in range(len(kills)))
+    outlived = max((kill.outlived or 0.0 for kill in kills if kill.case.victim == "program"),
+                   default=0)
     print(f"\nheld of killed, by phase and victim\n{table(kills, 'victim', VICTIMS)}")
     print(f"\nheld of killed, by phase and backup mode\n{table(kills, 'mode', MODES)}")
     print(f"\nexiftool's temporary file was left behind {temporary} times, a copy under way "
           f"{unfinished} times")
-    print(f"the next run was one in another mode {other} times")
+    print(f"an earlier run had come to its end {again} times, the next was in another mode "
+          f"{other} times")
     print("exiftool outlived a killed program by "
           f"{outlived * 1000:.0f} ms at most; {missed} moments came too late and were drawn again")
     print(f"kill-test: {held} of {len(kills)} held, {len(kills) - held} broken "
@@ -256,8 +278,8 @@ def run(options, work):
         for number, kill in enumerate(pool.map(test.kill, range(options.count)), 1):
             kills.append(kill)
             for loss in kill.losses:
-                print(f"BROKEN kill {number} ({kill.victim}, {kill.phase}, {kill.mode}, "
-                      f"then {kill.next_mode}): {loss}")
+                print(f"BROKEN kill {number} ({kill.case.victim}, {kill.phase}, {kill.case.mode}, "
+                      f"then {kill.case.next_mode}): {loss}")
             if number % 20 == 0:
                 print(f"{number} of {options.count} kills", flush=True)
     return report(kills, test.missed, time.monotonic() - started, options.seed)

@@ -17,48 +17,58 @@ _WORKPLACE = re.compile(rb"\.quillmark-[^/]{6}(/copy(/.*)?)?", re.DOTALL)
 _FOLDER = "a folder"
 
 
-class Roll:
-    """Files as they are before a run, and how whole runs leave them.
+class Start:
+    """A roll as a run finds it: a folder, what is in it, and how often its images were tagged."""
 
-    Names and paths are bytes; the name of a file in a folder has that before it. `before`, `once`
-    and `twice` map the name of each file to the checksum of its content: untouched, and after one
-    and two whole runs. `entries` is how many files and folders a run is given.
+    def __init__(self, folder, times):
+        self.folder = folder
+        self.times = times
+        self.content = contents(folder)
+
+
+class Roll:
+    """Files as they are before any run, and how whole runs leave them.
+
+    Names and paths are bytes; the name of a file in a folder has that before it. `tagged` maps the
+    name of each file to the checksum of its content, for each number of times that it was tagged,
+    from 0. `entries` is how many files and folders a run is given.
     """
 
     def __init__(self, subject, folder):
         self._subject = subject
-        self.folder = folder
         subprocess.run([subject, "roll", folder], check=True,
                        input=json.dumps(PAYLOAD, ensure_ascii=False).encode())
-        self.before = _checksums(folder)
+        before = _checksums(folder)
+        self.names = before.keys()
+        self.tagged = [before]
+        self.untouched = Start(folder, 0)
         self.entries = len(os.listdir(folder))
-        self.pixels = self._pixels(folder, self.before)
-        if len(set(self.pixels.values())) != len(self.before):
+        self.pixels = self._pixels(folder, before)
+        if len(set(self.pixels.values())) != len(before):
             raise RuntimeError("the files of the roll cannot be told apart by their pixels")
-        self.once = {}
-        self.twice = {}
 
-    def copy(self, folder):
-        """Puts the untouched roll into a folder, in place of what is there."""
+    @staticmethod
+    def copy(start, folder):
+        """Puts a roll into a folder, in place of what is there."""
         shutil.rmtree(folder, ignore_errors=True)
-        shutil.copytree(self.folder, folder)
+        shutil.copytree(start.folder, folder)
 
     def learn(self, folder, times):
         """Takes the files of a folder for what so many whole runs make of the roll."""
         found = _checksums(folder)
         broken = self._misread(folder, found)
         self._check_tags(folder)
-        if broken or found.keys() != self.before.keys():
+        if broken or found.keys() != self.names:
             raise RuntimeError(f"a run without a kill went wrong: {broken}")
-        known = self.once if times == 1 else self.twice
-        if known and known != found:
+        if times == len(self.tagged):
+            self.tagged.append(found)
+        elif self.tagged[times] != found:
             raise RuntimeError("exiftool does not write the same bytes each time")
-        known.update(found)
 
     def _check_tags(self, folder):
         expected = tags.expected_tags(PAYLOAD)
-        for found in tags.read_tags([os.path.join(folder, name) for name in self.before]):
-            # A second run adds its keywords to those of the first one.
+        for found in tags.read_tags([os.path.join(folder, name) for name in self.names]):
+            # A further run adds its keywords to those of the first one.
             missing = {tag: value for tag, value in expected.items()
                        if _distinct(found.get(tag)) != value}
             if missing:
@@ -66,49 +76,57 @@ class Roll:
 
     # --- After a kill
 
-    def written(self, folder, mode):
+    def written(self, folder, mode, start):
         """How many files exiftool has got done, in a folder where a run was killed."""
         found = _checksums(_mutated(folder, mode))
-        return sum(found.get(name) == content for name, content in self.once.items())
+        return sum(found.get(name) == content
+                   for name, content in self.tagged[start.times + 1].items())
 
-    def losses(self, folder, mode):
+    def losses(self, folder, mode, start):
         """What is not as it must be after a kill, as sentences, and what was left behind."""
         losses = []
+        before, after = self.tagged[start.times:][:2]
         originals = _checksums(folder)
-        for name, content in self.before.items():
+        for name in self.names:
             if name not in originals:
                 losses.append(f"{name} is gone")
-            elif originals[name] != content:
-                losses += self._loss(folder, name, originals[name], mode)
-        extra, left_behind = self._extra(folder, mode)
-        losses += extra + self._misread(folder, self.before.keys() & originals.keys())
+            elif originals[name] != before[name]:
+                losses += self._loss(folder, name, originals[name], mode, start)
+        extra, left_behind = self._extra(folder, mode, start)
+        losses += extra + self._misread(folder, self.names & originals.keys())
         for output in OUTPUT_FOLDERS.values():
             copies = _checksums(os.path.join(folder, output))
-            copied = self.before.keys() & copies.keys()
+            copied = self.names & copies.keys()
             losses += self._misread(os.path.join(folder, output), copied)
-            whole = [self.before] if output == b"_originals" else [self.before, self.once]
+            known = [before] if output == b"_originals" else [before, after]
             losses += [f"{output}/{name} is neither what it was nor tagged" for name in copied
-                       if copies[name] not in [known[name] for known in whole]]
+                       if copies[name] not in [start.content.get(os.path.join(output, name)),
+                                               *(whole[name] for whole in known)]]
+            losses += [f"{path} of an earlier run is gone" for path in start.content
+                       if path.startswith(output) and
+                       not os.path.lexists(os.path.join(folder, path))]
         return losses, left_behind
 
-    def _loss(self, folder, name, content, mode):
+    def _loss(self, folder, name, content, mode, start):
         """What is wrong with an original whose content is another one now."""
+        before, after = self.tagged[start.times:][:2]
         if mode == "write-copies":
             return [f"{name} was touched"]
-        if content != self.once[name]:
+        if content != after[name]:
             return [f"{name} is neither what it was nor tagged"]
         backup = os.path.join(folder, b"_originals", name)
-        if mode == "backup-originals" and _checksum(backup) != self.before[name]:
+        if mode == "backup-originals" and _checksum(backup) != before[name]:
             return [f"{name} was tagged without a backup"]
         return []
 
-    def _extra(self, folder, mode):
+    def _extra(self, folder, mode, start):
         """What else is in the folder: what should not be there, and what may be left behind."""
         output = OUTPUT_FOLDERS.get(mode)
         beside = output if mode == "write-copies" else b""
-        allowed = _with_folders({*self.before, *(os.path.join(output or b"", name)
-                                                 for name in self.before)}) | {output}
-        temporary = {os.path.join(beside, name + _TEMPORARY) for name in self.before}
+        allowed = _with_folders({*self.names, *(os.path.join(output or b"", name)
+                                                for name in self.names)}) | {output}
+        allowed |= start.content.keys()
+        temporary = {os.path.join(beside, name + _TEMPORARY) for name in self.names}
         wrong, left_behind = [], []
         for path in _everything(folder):
             where, name = os.path.split(path)
@@ -122,15 +140,10 @@ class Roll:
 
     # --- After the run that followed
 
-    def state(self, folder):
-        """What the roll's files hold now, by name."""
-        return {path: _checksum(os.path.join(folder, path)) for path in _everything(folder)}
-
     def omissions(self, folder, mode, earlier):
         """What a whole run has not done that came after a kill; `earlier` is the state before."""
-        originals = {name: earlier[name] for name in self.before}
-        tagged = {name: self.twice[name] if content == self.once[name] else self.once[name]
-                  for name, content in originals.items()}
+        originals = {name: earlier[name] for name in self.names}
+        tagged = {name: self._tagged_again(name, content) for name, content in originals.items()}
         expected = {path: content for path, content in earlier.items()
                     if not _is_made_anew(path, mode)}
         expected |= originals if mode == "write-copies" else tagged
@@ -140,17 +153,21 @@ class Roll:
                 {name: content for name, content in earlier.items() if self._is_copied(name)}
             expected |= {os.path.join(output, name): copies[name] for name in copies}
         expected |= dict.fromkeys(_with_folders(expected) - expected.keys(), _FOLDER)
-        found = self.state(folder)
+        found = contents(folder)
         return [f"{path} is not as a whole run leaves it"
                 for path in sorted(expected.keys() | found.keys())
                 if expected.get(path) != found.get(path)]
 
+    def _tagged_again(self, name, content):
+        times = [known[name] for known in self.tagged].index(content)
+        return self.tagged[times + 1][name]
+
     def _is_copied(self, path):
         """Whether a path of the roll gets into a backup. A folder is copied with what a killed
         exiftool left in it, which leaves again when the folder is copied again."""
-        return path in self.before or \
+        return path in self.names or \
             path.endswith(_TEMPORARY) and path.count(b"/") == 1 and \
-            path.removesuffix(_TEMPORARY) in self.before
+            path.removesuffix(_TEMPORARY) in self.names
 
     # --- Pixels
 
@@ -168,6 +185,11 @@ class Roll:
             [self._subject, "pixels", *(os.path.join(folder, name) for name in names)],
             check=True, stdout=subprocess.PIPE)
         return dict(zip(names, answer.stdout.decode().splitlines(), strict=True))
+
+
+def contents(folder):
+    """What everything below a folder holds, by its path from there."""
+    return {path: _checksum(os.path.join(folder, path)) for path in _everything(folder)}
 
 
 def _distinct(value):
