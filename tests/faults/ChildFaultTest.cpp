@@ -75,5 +75,40 @@ TEST(ChildFault, ofWhatIsOnlyForTheBetterDoesNotMatter)
     }
 }
 
+/// What both streams brought of a child that says "said" and "warned", while a call failed.
+ChildResult readWith(const Fault &fault)
+{
+    const WatchedCalls watched({}, {fault});
+    const ChildResult result = runChild("/bin/sh", {"-c", "printf said; printf warned >&2"});
+    EXPECT_TRUE(watched.faultsMet()) << fault.function << fault.error;
+    EXPECT_EQ(result.status, 0);
+    return result;
+}
+
+TEST(ChildFault, ofWaitingForItsWordsDoesNotMatter)
+{
+    for (const int error : {EINTR, ENOMEM}) {
+        const ChildResult result = readWith({"poll", "child's streams", 1, error});
+        EXPECT_EQ(result.output, "said");
+        EXPECT_EQ(result.errors, "warned");
+    }
+}
+
+TEST(ChildFault, ofASignalWhileItIsReadDoesNotMatter)
+{
+    EXPECT_EQ(readWith({"read", "child's output", 1, EINTR}).output, "said");
+    EXPECT_EQ(readWith({"read", "child's errors", 1, EINTR}).errors, "warned");
+}
+
+TEST(ChildFault, leavesNothingOfAStreamOfWhichAPartCouldNotBeRead)
+{
+    for (const int occurrence : {1, Fault::always}) {
+        const ChildResult silent = readWith({"read", "child's output", occurrence, EIO});
+        EXPECT_EQ(silent.output, "");
+        EXPECT_EQ(silent.errors, "warned");
+        EXPECT_EQ(readWith({"read", "child's errors", occurrence, EIO}).errors, "");
+    }
+}
+
 } // namespace
 } // namespace quillmark::test

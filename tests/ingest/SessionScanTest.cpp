@@ -39,6 +39,21 @@ TEST_F(SessionTest, scanFindsTheSlateAndPlansTheRoll)
     EXPECT_EQ(plan.backupMode, BackupMode::backupOriginals);
 }
 
+TEST_F(SessionTest, aFolderThatIsOpenedIsScannedWhileTheCallerGoesOn)
+{
+    fillRoll();
+    bool over = false;
+    QEventLoop loop;
+    session.openFolder(roll.path());
+    EXPECT_EQ(in<Session::Scanning>(session).folder, roll.path());
+    QObject::connect(&session, &Session::stateChanged, &loop, [&] {
+        over = true;
+        loop.quit();
+    });
+    runUntil(over, loop, std::chrono::seconds(60));
+    EXPECT_EQ(in<Session::Ready>(session).plan.detection.file, roll / "02.jpg");
+}
+
 TEST_F(SessionTest, changesDuringAScanDoNotAffectItsPlan)
 {
     fillRoll();
