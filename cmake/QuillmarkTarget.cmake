@@ -7,6 +7,7 @@ function(quillmark_target target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
+        CXX_EXTENSIONS "${QUILLMARK_GNU_CXX}"
         POSITION_INDEPENDENT_CODE ON)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion

@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -91,6 +92,16 @@ private:
     const int m_usual = QPixmapCache::cacheLimit();
 };
 
+/// A head start for what is done all the same where there is no thread to do it.
+std::jthread startIfPossible(void (*work)())
+{
+    try {
+        return std::jthread(work);
+    } catch (const std::system_error &) {
+        return {};
+    }
+}
+
 /// The configuration that exiftool needs stands in the resource bundle: without it nothing
 /// can be written, and nobody is to find that out after having dropped a roll.
 bool hasResources()
@@ -128,7 +139,7 @@ int main(int argc, char **argv)
 
     // Listing the installed fonts takes as long as loading the window, and both cores are
     // free: the list is ready by the time that the first text is laid out.
-    const std::jthread fontList([] { QFontDatabase::families(); });
+    const std::jthread fontList = startIfPossible([] { QFontDatabase::families(); });
 
     quillmark::installAccessibility();
     quillmark::UpdaterCoordinator updates;

@@ -35,12 +35,13 @@ private:
     std::thread m_thread;
 };
 
-/// Whether any ThreadWork is not over. Any thread.
+/// Whether any ThreadWork is not over. Nothing bounds how much goes on at a time. Any thread.
 bool isBackgroundBusy();
 
 /// Waits until all ThreadWork is over, though not until the coroutines resume that await it: that
 /// is up to their event loops. The application's destructor does so too, since work may use what
-/// lives as long as the application. Any thread but those that work.
+/// lives as long as the application. What a thread of it does at its own end is not waited for.
+/// Any thread but those that work.
 void waitForBackground();
 
 /// Runs a blocking function on a thread of its own, without blocking the awaiting coroutine, and

@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
+#include <semaphore>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -47,6 +50,31 @@ TEST(Background, nothingIsOverBeforeTheCallerHasGoneOn)
         await(std::move(task));
         ASSERT_TRUE(isOver);
     }
+}
+
+TEST(Background, isBusyUntilTheWorkIsOver)
+{
+    EXPECT_FALSE(isBackgroundBusy());
+    const auto end = std::make_shared<std::binary_semaphore>(0);
+    QCoro::Task<> task = runInBackground([end] { end->acquire(); });
+    EXPECT_TRUE(isBackgroundBusy());
+    end->release();
+    await(std::move(task));
+    EXPECT_FALSE(isBackgroundBusy());
+}
+
+TEST(Background, isWaitedForWithoutAnEventLoop)
+{
+    const auto begin = std::make_shared<std::binary_semaphore>(0);
+    const auto isOver = std::make_shared<std::atomic<bool>>(false);
+    QCoro::Task<> task = runInBackground([begin, isOver] {
+        begin->acquire();
+        *isOver = true;
+    });
+    const std::jthread later([begin] { begin->release(); });
+    waitForBackground();
+    EXPECT_TRUE(*isOver);
+    await(std::move(task));
 }
 
 // Run where the thread sanitizer must find it (see CMakeLists.txt), and nowhere else.

@@ -124,7 +124,7 @@ protected:
         m_files = {m_roll / "01.jpg", m_roll / "02.tif", m_roll / "album.jpg"};
     }
 
-    Calls run(BackupMode mode, std::vector<Fault> faults = {}) const
+    Calls run(BackupMode mode, std::vector<Fault> faults = {})
     {
         IngestViewModel session;
         session.setBackupMode(mode);
@@ -136,7 +136,7 @@ protected:
         const WatchedCalls watched({{m_roll.path(), "roll"}}, std::move(faults));
         await(session.runIngest());
         EXPECT_TRUE(watched.faultsMet());
-        EXPECT_TRUE(std::holds_alternative<IngestViewModel::Done>(session.state()));
+        m_isDone = std::holds_alternative<IngestViewModel::Done>(session.state());
         return watched.calls();
     }
 
@@ -144,6 +144,7 @@ protected:
     RasterImage m_picture{.width = 16, .height = 12};
     std::string m_original;
     std::vector<fs::path> m_files;
+    bool m_isDone = false; ///< the last run
 };
 
 TEST_F(Durability, backupsAreOnDiskBeforeTheFirstOriginalIsWrittenTo)
@@ -151,6 +152,7 @@ TEST_F(Durability, backupsAreOnDiskBeforeTheFirstOriginalIsWrittenTo)
     const Calls calls = run(BackupMode::backupOriginals);
     EXPECT_THAT(beforeTheChild(calls), Not(IsEmpty()));
     EXPECT_LT(beforeTheChild(calls).size(), calls.size());
+    EXPECT_TRUE(m_isDone);
     EXPECT_EQ(readFile(m_roll / "_originals" / "01.jpg"), m_original);
     EXPECT_NE(readFile(m_roll / "01.jpg"), m_original);
     const std::vector<fs::path> copies = below(m_roll / "_originals");
@@ -184,8 +186,14 @@ TEST_F(Durability, backupsAreOnDiskHoweverTheyWereMade)
         // The second time, each takes the place of a backup.
         for (int time = 0; time < 2; ++time) {
             const Calls calls = beforeTheChild(run(BackupMode::backupOriginals, faults));
+            EXPECT_TRUE(m_isDone);
             EXPECT_THAT(atRisk(calls, below(m_roll / "_originals")), IsEmpty())
                 << faults.back().function;
+            for (const Fault &fault : faults) {
+                EXPECT_TRUE(std::any_of(calls.begin(), calls.end(), [&](const SystemCall &call) {
+                    return call.function == fault.function && call.failed;
+                })) << fault.function;
+            }
         }
     }
 }
@@ -220,6 +228,39 @@ TEST_F(Durability, everySynchronisationCounts)
     }
     // Of three files, the folder among them, that of the copies, and the roll.
     EXPECT_EQ(count, 6U);
+}
+
+TEST_F(Durability, noOriginalIsWrittenToWhereABackupCannotBePutOnDisk)
+{
+    const auto synchronisations = [](const Calls &calls) {
+        std::vector<Fault> faults;
+        for (const SystemCall &call : calls) {
+            if (call.function == "fsync") {
+                faults.push_back({"fsync", call.subject, 1, EIO});
+            }
+        }
+        return faults;
+    };
+    // An earlier backup is replaced in another way than a first one is made.
+    for (const bool again : {false, true}) {
+        const auto begin = [&] {
+            fs::remove_all(m_roll / "_originals");
+            if (again) {
+                run(BackupMode::backupOriginals);
+            }
+        };
+        begin();
+        const auto faults = synchronisations(beforeTheChild(run(BackupMode::backupOriginals)));
+        EXPECT_GE(faults.size(), 5U);
+        for (const Fault &fault : faults) {
+            begin();
+            const std::string before = readFile(m_roll / "01.jpg");
+            const Calls calls = run(BackupMode::backupOriginals, {fault});
+            EXPECT_FALSE(m_isDone) << fault.subject;
+            EXPECT_EQ(beforeTheChild(calls).size(), calls.size()) << fault.subject;
+            EXPECT_TRUE(readFile(m_roll / "01.jpg") == before) << fault.subject;
+        }
+    }
 }
 
 TEST_F(Durability, originalsAreOnlyReadByThisProcess)

@@ -14,6 +14,8 @@ SETTINGS = {
     "Larkhollow/Quillmark",
     "Larkhollow/Quillmark/co.larkhollow.quillmark.lastManualPayload.v2",
 }
+# What nobody sees of a finished run that passed over it: the copies look the same.
+UNSEEN = ("fsync", "fdatasync")
 COPIES = {"backup-originals": "_originals", "write-copies": "_tagged", "none": None}
 
 
@@ -66,7 +68,9 @@ class Judge:
         )
         if case.point.subject.startswith("settings"):
             return self._settings_fault(place, result)
-        if case.way.name != "not started":
+        # Where there was no room, a copy is made anew once others have their places.
+        may_end_well = case.point.function not in UNSEEN or case.error in (errno.EINTR, errno.ENOSPC)
+        if case.way.name != "not started" and may_end_well:
             if result["state"] == "done" or case.error in (0, errno.EINTR):
                 return self.after_success(place, result, keeps_abandoned)
         if result["state"] != "error":

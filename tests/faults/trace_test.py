@@ -24,8 +24,8 @@ SKIPPED = 77
 MODES = ("backup-originals", "write-copies", "none")
 MARK = "quillmark watch"  # the driver asks for files of these names, which are not there
 MANY = 1000
-# The watch itself looks which file each call is about, and which folder that is in.
-LOOKS_OF_WATCH = 4
+# What the watch itself asks, to know which file each call is about and which folder that is in.
+LOOK_OF_WATCH = ", STATX_INO, "
 
 # The system calls that a function of the library makes, where it is not the one of its own name.
 MADE_BY = {
@@ -100,7 +100,7 @@ def seen_by_kernel(place, threads, children):
     examples = {}
     for lines in threads:
         for line in lines:
-            if not begin < line.time < end:
+            if not begin < line.time < end or LOOK_OF_WATCH in line.arguments:
                 continue
             for label, root in roots.items():
                 if re.search(rf'["<]{re.escape(root)}(/|"|>)', line.arguments):
@@ -123,7 +123,6 @@ def reported(calls):
         label = re.sub(r"/.*| ->.*", "", subject.removeprefix("elsewhere -> "))
         for call, times in MADE_BY.get(function, {function: 1}).items():
             covered[label, call] += times
-        covered[label, "stat"] += LOOKS_OF_WATCH
     return covered
 
 

@@ -96,7 +96,7 @@ class KillTest:
                 self._roll.copy(self._roll.untouched, folder)
                 self._lengths.add(mode, self._measure(folder, mode))
                 self._roll.learn(os.path.join(folder, b"_tagged") if copying else folder, 1)
-            self._earlier[mode] = Start(folder, 0 if copying else 1)
+            self._earlier[mode] = Start(folder, 0 if copying else 1, mode)
         folder = self._path(b"again")
         self._roll.copy(self._earlier["none"], folder)
         for times in (2, 3):
@@ -126,7 +126,13 @@ class KillTest:
     # --- Kills
 
     def case(self, number):
-        """What is gone through in turn."""
+        """What is gone through in turn. With each kill of a later run, the modes of that and of
+        the earlier one go through all pairs, and the victims follow at another pace."""
+        start = self._roll.untouched
+        if number % AGAIN == AGAIN - 1:
+            number //= AGAIN
+            start = self._earlier[MODES[number // len(MODES) % len(MODES)]]
+            number += number // len(MODES) // len(MODES) * len(MODES)
         mode = MODES[number % len(MODES)]
         victim = VICTIMS[number // len(MODES) % len(VICTIMS)]
         # Each nine kills have each mode followed by each.
@@ -135,9 +141,6 @@ class KillTest:
         aims = AIMS[victim]
         # Moved on by a place with the modes, so that a short test sees several phases as well.
         aim = aims[(number // len(MODES) // len(VICTIMS) + number % len(MODES)) % len(aims)]
-        start = self._roll.untouched
-        if number % AGAIN == AGAIN - 1:
-            start = self._earlier[MODES[number // AGAIN % len(MODES)]]
         return Case(start, mode, next_mode, victim, aim)
 
     def kill(self, number):
@@ -168,7 +171,9 @@ class KillTest:
             run.end()
             return None
         replaced = run.replaced()
-        run.kill(child if victim != "program" else None, program=victim != "exiftool")
+        if not run.kill(child if victim != "program" else None, program=victim != "exiftool"):
+            run.end()
+            return None
 
         losses, outlived = [], 0.0
         if victim == "exiftool":
@@ -251,15 +256,15 @@ def report(kills, missed, seconds, seed):
                     for kill in kills)
     unfinished = sum(any(b".quillmark-" in path for path in kill.left_behind) for kill in kills)
     other = sum(kill.case.mode != kill.case.next_mode for kill in kills)
-    again = sum(number % AGAIN == AGAIN - 1 for number in range(len(kills)))
+    again = [(kill.case.start.mode, kill.case.mode) for kill in kills if kill.case.start.mode]
     outlived = max((kill.outlived or 0.0 for kill in kills if kill.case.victim == "program"),
                    default=0)
     print(f"\nheld of killed, by phase and victim\n{table(kills, 'victim', VICTIMS)}")
     print(f"\nheld of killed, by phase and backup mode\n{table(kills, 'mode', MODES)}")
     print(f"\nexiftool's temporary file was left behind {temporary} times, a copy under way "
           f"{unfinished} times")
-    print(f"an earlier run had come to its end {again} times, the next was in another mode "
-          f"{other} times")
+    print(f"an earlier run had come to its end {len(again)} times, in {len(set(again))} of "
+          f"{len(MODES) ** 2} pairs of modes; the next was in another mode {other} times")
     print("exiftool outlived a killed program by "
           f"{outlived * 1000:.0f} ms at most; {missed} moments came too late and were drawn again")
     print(f"kill-test: {held} of {len(kills)} held, {len(kills) - held} broken "

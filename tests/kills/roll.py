@@ -18,11 +18,13 @@ _FOLDER = "a folder"
 
 
 class Start:
-    """A roll as a run finds it: a folder, what is in it, and how often its images were tagged."""
+    """A roll as a run finds it: a folder, what is in it, how often its images were tagged, and the
+    mode of the run that has gone over it, if one has."""
 
-    def __init__(self, folder, times):
+    def __init__(self, folder, times=0, mode=None):
         self.folder = folder
         self.times = times
+        self.mode = mode
         self.content = contents(folder)
 
 
@@ -41,7 +43,7 @@ class Roll:
         before = _checksums(folder)
         self.names = before.keys()
         self.tagged = [before]
-        self.untouched = Start(folder, 0)
+        self.untouched = Start(folder)
         self.entries = len(os.listdir(folder))
         self.pixels = self._pixels(folder, before)
         if len(set(self.pixels.values())) != len(before):

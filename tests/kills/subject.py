@@ -110,10 +110,15 @@ class Run:
     # --- Its end
 
     def kill(self, child=None, program=False):
+        """Whether those that were to be killed were there."""
         if child is not None:
-            os.kill(child, signal.SIGKILL)
+            try:
+                os.kill(child, signal.SIGKILL)
+            except ProcessLookupError:
+                return False
         if program:
             self._program.kill()
+        return True
 
     def end(self):
         """Closes the program where it still runs, and gives its exit status."""
