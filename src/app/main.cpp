@@ -127,7 +127,7 @@ int main(int argc, char **argv)
     std::signal(SIGCHLD, SIG_DFL);
     chooseRenderer();
     std::optional<TextInputChoice> textInput(std::in_place);
-    // Widgets only for the file chooser; they cost next to nothing until it opens.
+    // Widgets only for the file chooser.
     QApplication application(argc, argv);
     textInput.reset();
     QApplication::setApplicationName(QStringLiteral("Quillmark"));
