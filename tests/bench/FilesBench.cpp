@@ -179,7 +179,7 @@ int main(int argc, char **argv)
         return EXIT_FAILURE;
     }
     try {
-        figure->second(argv[2], argc > 3 ? std::atoi(argv[3]) : 5);
+        figure->second(argv[2], argc > 3 ? std::atoi(argv[3]) : 6);
         return EXIT_SUCCESS;
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "bench-files: %s\n", failure.what());

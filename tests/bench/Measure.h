@@ -32,11 +32,15 @@ inline double processorMilliseconds()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
 }
 
+/// The middle value, or what is halfway between the two middle ones.
 inline double median(std::vector<double> values)
 {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    if (values.size() % 2 != 0) {
+        return *middle;
+    }
+    return (*std::max_element(values.begin(), middle) + *middle) / 2;
 }
 
 /// A thing and its floor, timed in turns so that both meet the same moods of the machine.
@@ -48,7 +52,8 @@ struct Comparison {
 };
 
 /// `reset` runs before each of them and is not timed. Each comes first every other time: what
-/// the disk still has to do after one of them is in the time of the next.
+/// the disk still has to do after one of them is in the time of the next. The number of pairs is
+/// even, so that neither comes first more often.
 template <typename Subject, typename Floor, typename Reset>
 Comparison compareInTurns(int pairs, Subject subject, Floor floor, Reset reset)
 {

@@ -23,7 +23,7 @@ import report
 import window
 from display import VirtualDisplay
 
-PAIRS = 7
+PAIRS = 8  # even: each of the two comes first as often
 FRAME = {"width": 6000, "height": 4000}  # 24 megapixels
 SEED = 7
 HARD_FRAMES = 48

@@ -91,7 +91,7 @@ def plan(bench):
     with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
         roll = pathlib.Path(home, "roll")
         bench.roll(roll, 2, **{"slate-at": 1})
-        got = bench.tool("bench-ingest", "plan", roll, 9, env=display.environment(home))
+        got = bench.tool("bench-ingest", "plan", roll, 10, env=display.environment(home))
     # What is left of the 30 ms for screens and listing counts as decoding.
     bench.add("drop to plan less 30 ms, slate in a 24 MP JPEG", f"{got['plan_ms']:.0f} ms",
               f"{got['luma_ms']:.0f} ms", (got["plan_ms"] - 30) / got["luma_ms"], 1.3,
