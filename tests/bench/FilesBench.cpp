@@ -71,8 +71,8 @@ std::size_t readFolder(const fs::path &folder)
 
 void print(const Comparison &result, double times = 1)
 {
-    std::printf("{\"subject_ms\": %.4f, \"floor_ms\": %.4f, \"ratio\": %.3f}\n",
-                result.subject / times, result.floor / times, result.ratio);
+    std::printf("{\"subject_ms\": %.4f, \"floor_ms\": %.4f, \"ratio\": %.3f, \"pairs\": %d}\n",
+                result.subject / times, result.floor / times, result.ratio, result.pairs);
 }
 
 void tree(const fs::path &folder, int pairs)

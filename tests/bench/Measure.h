@@ -49,6 +49,7 @@ struct Comparison {
     double floor;          ///< median milliseconds
     double ratio;          ///< median of the pairs' ratios
     double processorRatio; ///< the same of processor time, on all cores together
+    int pairs;
 };
 
 /// `reset` runs before each of them and is not timed. Each comes first every other time: what
@@ -86,7 +87,7 @@ Comparison compareInTurns(int pairs, Subject subject, Floor floor, Reset reset)
         ratios.push_back(ofSubject.time / ofFloor.time);
         processorRatios.push_back(ofSubject.processor / ofFloor.processor);
     }
-    return {median(subjects), median(floors), median(ratios), median(processorRatios)};
+    return {median(subjects), median(floors), median(ratios), median(processorRatios), pairs};
 }
 
 template <typename Subject, typename Floor>

@@ -34,7 +34,9 @@ class Bench:
     def __init__(self, build):
         self.bin = pathlib.Path(build).resolve() / "bin"
         self.results = pathlib.Path(build).resolve() / "bench.json"
-        self.rows = []
+        self.rows = []  # of the figure that is being measured
+        self.met = self.limited = 0
+        self.failed = []
 
     def tool(self, *arguments, env=None):
         """Runs a program of the build and gives the JSON that it prints."""
@@ -51,19 +53,30 @@ class Bench:
         subprocess.run([*command, str(folder)], check=True, stdout=subprocess.DEVNULL)
         return sorted(pathlib.Path(folder).iterdir())
 
-    def add(self, what, measured, floor, figure, limit, unit="x", beside="floor", points=None):
-        """Notes and prints a figure; `floor` is what it was measured beside, named `beside`.
+    def add(self, what, ours, peer, unit, limit=None, *, beside="floor", **more):
+        """Notes and prints what was measured, in `unit`; `peer` is what `beside` took, if any.
 
-        `points` are pairs of a size and its cost in milliseconds, where the figure was found
+        The limit is of the `ratio` or the `exponent` where one is among `more`, and else of what
+        was measured; without a limit the row only informs. `pairs` are how many pairs the ratio
+        is the median of, and `points` pairs of a size and its cost, where the figure was found
         from such.
         """
-        self.rows.append(
-            {"what": what, "measured": measured, "floor": floor, "figure": round(figure, 3),
-             "beside": beside, "limit": round(limit, 3), "unit": unit, "met": figure <= limit,
-             **({"points": points} if points else {})})
-        mark = "ok  " if figure <= limit else "OVER"
-        print(f"{mark} {what:<48} {measured:>12}  {beside:>9} {floor:>9}  "
-              f"{figure:8.2f} {unit:<2}  at most {limit:.2f}", flush=True)
+        row = {"what": what, "ours": round(ours, 4),
+               "peer": None if peer is None else round(peer, 4), "unit": unit, "beside": beside,
+               "limit": limit, "met": None,
+               **{name: round(value, 4) if isinstance(value, float) else value
+                  for name, value in more.items()}}
+        figure, of_figure = report.figure(row)
+        end = ""
+        mark = ""
+        if limit is not None:
+            row["met"] = figure <= limit
+            mark = "ok" if row["met"] else "OVER"
+            end = f"  at most {report.number(limit)}"
+        self.rows.append(row)
+        beside = f"{beside} {report.amount(row['peer'], unit)}".strip()
+        print(f"{mark:<4} {what:<52} {report.amount(ours, unit):>9}  {beside:>28}  "
+              f"{figure:9.2f} {of_figure:<2}{end}", flush=True)
 
     def frame(self):
         """One frame against the decoding of its luma, and what the worst frames take."""
@@ -72,17 +85,17 @@ class Bench:
             with tempfile.TemporaryDirectory() as folder:
                 [frame] = self.roll(folder, 1, **options)
                 got = self.tool("bench-scan", "time", frame, PAIRS)
-            self.add(f"frame {what}, 24 MP JPEG", f"{got['detect_ms']:.0f} ms",
-                     f"{got['luma_ms']:.0f} ms", got["ratio"], 1.3)
+            self.add(f"frame {what}, 24 MP JPEG", got["detect_ms"], got["luma_ms"], "ms", 1.3,
+                     ratio=got["ratio"], pairs=PAIRS)
             print(f"     in processor time {got['cpu_ratio']:.2f} x")
         hardest = max((picture for picture in self.read_simulated("slates", HARD_FRAMES)
                        if picture["read"]), key=lambda picture: picture["cpu_ms"])
         busiest = max(self.read_simulated("empty", EMPTY_FRAMES),
                       key=lambda picture: picture["cpu_ms"])
-        for what, picture, limit in (("hardest slate read", hardest, 1.5),
-                                     ("busiest picture without a code", busiest, 1.5)):
-            self.add(f"{what} ({picture['class']})", f"{picture['cpu_ms']:.0f} ms", "1 core",
-                     picture["cpu_ms"] / 1000, limit, "s", "on")
+        for what, picture in (("hardest slate read", hardest),
+                              ("busiest picture without a code", busiest)):
+            self.add(f"{what} ({picture['class']})", picture["cpu_ms"], None, "ms", 1500,
+                     beside="one core")
 
     def read_simulated(self, name, count):
         """What our reader made of the first pictures of a simulated set, and in what time.
@@ -102,8 +115,8 @@ class Bench:
             with tempfile.TemporaryDirectory() as folder:
                 [frame] = self.roll(folder, 1, megapixels, form)
                 got = self.tool("bench-scan", "memory", frame)
-            self.add(f"peak memory of a scan, {megapixels} MP {form}", f"{got['peak_mb']:.0f} MB",
-                     f"{megapixels} MB", got["peak_mb"], 60 + 1.3 * megapixels, "MB")
+            self.add(f"peak memory of a scan, {megapixels} MP {form}", got["peak_mb"], megapixels,
+                     "MB", 60 + 1.3 * megapixels, beside="luma")
 
     def tiff(self):
         """One TIFF frame without a code against reading or decoding it in one thread.
@@ -127,13 +140,14 @@ class Bench:
 
     def tiff_time(self, what, kind, frame, limit):
         got = self.tool("bench-tiff", kind, frame, PAIRS)
-        self.add(f"24 MP TIFF, {what} (processor {got['cpu_ratio']:.2f} x)",
-                 f"{got['detect_ms']:.0f} ms", f"{got['floor_ms']:.0f} ms", got["ratio"], limit)
+        self.add(f"24 MP TIFF, {what}", got["detect_ms"], got["floor_ms"], "ms", limit,
+                 ratio=got["ratio"], pairs=PAIRS)
+        print(f"     in processor time {got['cpu_ratio']:.2f} x")
 
     def tiff_memory(self, what, frame, megapixels):
         got = self.tool("bench-tiff", "memory", frame)
-        self.add(f"peak memory, TIFF of {what}", f"{got['peak_mb']:.0f} MB", f"{megapixels} MB",
-                 got["peak_mb"], 60 + 1.3 * megapixels, "MB")
+        self.add(f"peak memory, TIFF of {what}", got["peak_mb"], megapixels, "MB",
+                 60 + 1.3 * megapixels, beside="luma")
 
     def picture(self):
         """The peak of a picture for looking at against the three bytes of its pixels."""
@@ -143,8 +157,8 @@ class Bench:
                 [frame] = self.roll(folder, 1, 100, form)
                 got = self.tool("bench-picture", frame, side)
             pixels = 3 * side * side * 2 / 3 / 1e6
-            self.add(f"peak memory of a picture, 100 MP {form}", f"{got['peak_mb']:.0f} MB",
-                     f"{pixels:.0f} MB", got["peak_mb"], 32, "MB")
+            self.add(f"peak memory of a picture, 100 MP {form}", got["peak_mb"], pixels, "MB", 32,
+                     beside="pixels")
 
     def start(self):
         """The window's first frame against that of an empty QML window."""
@@ -159,18 +173,35 @@ class Bench:
         for index, (what, unit, limit) in enumerate(
                 (("start to first frame", "ms", 1.2), ("memory at first frame", "MB", 1.15))):
             measured = [(one[index], other[index]) for one, other in pairs]
-            self.add(what, f"{statistics.median(one for one, _ in measured):.0f} {unit}",
-                     f"{statistics.median(other for _, other in measured):.0f} {unit}",
-                     statistics.median(one / other for one, other in measured), limit)
+            self.add(what, statistics.median(one for one, _ in measured),
+                     statistics.median(other for _, other in measured), unit, limit,
+                     ratio=statistics.median(one / other for one, other in measured),
+                     pairs=len(measured))
+
+    def measure(self, name, figure):
+        """Measures a figure and writes it at once, so that none is lost by another that fails.
+
+        Others stay as they are in the file of results.
+        """
+        self.rows = []
+        try:
+            figure()
+        except (OSError, RuntimeError, ValueError, subprocess.SubprocessError) as failure:
+            self.failed.append(name)
+            print(f"FAIL {name}: {failure}", flush=True)
+            return
+        earlier = report.read(self.results) if self.results.exists() else []
+        rows = [row for row in earlier if row["of"] != name]
+        rows += [{"of": name, **row} for row in self.rows]
+        self.results.write_text(json.dumps(rows, indent=1) + "\n", encoding="utf-8")
+        limited = [row["met"] for row in self.rows if row["limit"] is not None]
+        self.limited += len(limited)
+        self.met += sum(limited)
 
     def finish(self):
-        """Figures that were not measured this time stay as they are in the file of results."""
-        names = {row["what"] for row in self.rows}
-        earlier = json.loads(self.results.read_text()) if self.results.exists() else []
-        rows = [row for row in earlier if row["what"] not in names] + self.rows
-        self.results.write_text(json.dumps(rows, indent=2) + "\n", encoding="utf-8")
-        met = sum(row["met"] for row in self.rows)
-        print(f"{met} of {len(self.rows)} figures met; written to {self.results.name}")
+        print(f"{self.met} of {self.limited} limits met; written to {self.results.name}")
+        if self.failed:
+            sys.exit(f"bench: not measured: {' '.join(self.failed)}")
 
 
 def first_frame(program, environment):
@@ -215,7 +246,7 @@ def main():
         for name in names:
             figures[name] = functools.partial(getattr(module, name), bench)
     for name in sys.argv[2:] or figures:
-        figures[name]()
+        bench.measure(name, figures[name])
     bench.finish()
 
 

@@ -11,7 +11,7 @@ import statistics
 import subprocess
 import tempfile
 
-PAIRS = 8  # even, as all that are given to a tool: each comes first as often
+PAIRS = 8  # even: each of the two comes first as often
 SMALL = {"width": 300, "height": 200}
 SIZES = (10, 100, 1000, 10000)
 EXPONENT = 1.05
@@ -26,9 +26,8 @@ def multiply(frame, count, name="{stem}-{number:05}{suffix}"):
 
 def compared(bench, what, limit, figure, folder, pairs=PAIRS, beside="floor"):
     got = bench.tool("bench-files", figure, folder, pairs)
-    digits = 1 if got["floor_ms"] >= 1 else 4
-    bench.add(what, f"{got['subject_ms']:.{digits}f} ms", f"{got['floor_ms']:.{digits}f} ms",
-              got["ratio"], limit, beside=beside)
+    bench.add(what, got["subject_ms"], got["floor_ms"], "ms", limit, beside=beside,
+              ratio=got["ratio"], pairs=got["pairs"])
 
 
 def listing(bench):
@@ -104,8 +103,8 @@ def run(bench):
 
 def add_run(bench, what, folder, pairs):
     got = bench.tool("bench-run", "time", folder, pairs)
-    bench.add(f"run over {what}, no backups", f"{got['run_ms']:.0f} ms",
-              f"{got['exiftool_ms']:.0f} ms", got["ratio"], 1.02, beside="exiftool")
+    bench.add(f"run over {what}, no backups", got["run_ms"], got["exiftool_ms"], "ms", 1.02,
+              beside="exiftool", ratio=got["ratio"], pairs=pairs)
 
 
 def growth(bench):
@@ -118,8 +117,8 @@ def growth(bench):
         for what, costs in points.items():
             costs.append((size, got[f"{what}_ms"]))
     for what, costs in points.items():
-        bench.add(f"{what} of {SIZES[0]} to {SIZES[-1]:,} files", f"{costs[-1][1]:.0f} ms",
-                  f"{costs[0][1]:.2f} ms", exponent(costs), EXPONENT, "n^", beside="first",
+        bench.add(f"{what} of {SIZES[0]} to {SIZES[-1]:,} files", costs[-1][1], costs[0][1], "ms",
+                  EXPONENT, beside=f"{SIZES[0]} files", exponent=round(exponent(costs), 3),
                   points=costs)
 
 
@@ -139,5 +138,4 @@ def limit(bench):
             shutil.copy(frame, folder / f"{number:0230}.jpg")
         got = bench.tool("bench-run", "limit", folder)
     bench.add(f"refusal beyond {got['megabytes']:.2f} MB of arguments, {got['files']} files",
-              f"{got['refusal_ms']:.0f} ms", f"{got['run_ms']:.0f} ms", got["refusal_ms"], 100,
-              "ms", beside="their run")
+              got["refusal_ms"], got["run_ms"], "ms", 100, beside="their run")

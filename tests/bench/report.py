@@ -6,21 +6,44 @@ import json
 import re
 
 MARKS = "os^D"
+# Those of the figures that docs/performance.md has, in its order.
+TABLE = ("listing", "backup", "run", "plan", "start", "idle", "spinner", "ingests", "growth",
+         "limit")
 
 
 def read(results):
-    """The rows of the last measurements of each figure."""
-    return json.loads(results.read_text(encoding="utf-8"))
+    """The rows of the last measurements of each figure, whose name they have as `of`."""
+    rows = json.loads(results.read_text(encoding="utf-8"))
+    return [row for row in rows if "of" in row]
+
+
+def figure(row):
+    """What a row's limit is of, and its unit."""
+    for name, unit in (("ratio", "x"), ("exponent", "n^")):
+        if name in row:
+            return row[name], unit
+    return row["ours"], row["unit"]
+
+
+def number(value):
+    """Three digits, or as many more as a whole number has."""
+    return f"{value:.0f}" if abs(value) >= 99.95 else f"{value:.3g}"
+
+
+def amount(value, unit):
+    return "" if value is None else f"{number(value)} {unit}".strip()
 
 
 def table(results):
-    """Prints the figures in Markdown."""
+    """Prints figures in Markdown."""
     print("| what | measured | beside | | at most | |\n|---|---:|---|---:|---:|---|")
-    for row in read(results):
-        beside = row["beside"].replace("|", "\\|")
-        print(f"| {row['what']} | {row['measured']} | {beside} {row['floor']} "
-              f"| {row['figure']:.2f} {row['unit']} | {row['limit']:.2f} "
-              f"| {'' if row['met'] else 'over'} |")
+    rows = read(results)
+    for row in (row for name in TABLE for row in rows if row["of"] == name):
+        beside = f"{row['beside']} {amount(row['peer'], row['unit'])}".replace("|", "\\|").strip()
+        value, unit = figure(row)
+        limit = "" if row["limit"] is None else number(row["limit"])
+        print(f"| {row['what']} | {amount(row['ours'], row['unit'])} | {beside} "
+              f"| {value:.2f} {unit} | {limit} | {'over' if row['met'] is False else ''} |")
 
 
 def draw(results, picture):
@@ -31,15 +54,15 @@ def draw(results, picture):
     matplotlib.rcParams["svg.hashsalt"] = "quillmark"  # the same picture from the same figures
     from matplotlib import pyplot  # pylint: disable=import-outside-toplevel
 
-    rows = [row for row in read(results) if row["unit"] == "n^"]
+    rows = [row for row in read(results) if "exponent" in row and "points" in row]
     if not rows:
         raise SystemExit("bench: nothing to draw; run script/bench growth first")
-    figure, axes = pyplot.subplots(figsize=(7, 4.5), layout="constrained")
+    sheet, axes = pyplot.subplots(figsize=(7, 4.5), layout="constrained")
     for row, mark in zip(rows, MARKS):
         sizes, costs = zip(*row["points"])
         name = re.match(r"\w+", row["what"]).group()
-        axes.loglog(sizes, costs, marker=mark, label=f"{name}, n^{row['figure']:.2f}")
+        axes.loglog(sizes, costs, marker=mark, label=f"{name}, n^{row['exponent']:.2f}")
     axes.set(xlabel="files in the folder", ylabel="milliseconds")
     axes.grid(True, which="major", alpha=0.3)
     axes.legend(frameon=False)
-    figure.savefig(picture, metadata={"Date": None})
+    sheet.savefig(picture, metadata={"Date": None})

@@ -39,8 +39,7 @@ def screens(bench):
     def add(what, runs, name):
         processor, clock = (statistics.median(run[f"{name}{unit}"] for run in runs)
                             for unit in ("_processor_ms", "_ms"))
-        bench.add(what, f"{processor:.1f} ms", f"{clock:.1f} ms", processor, FRAME, "ms",
-                  beside="clock")
+        bench.add(what, processor, clock, "ms", FRAME, beside="clock")
 
     for screen, runs in got.items():
         add(f"switch to {screen}, first time", runs, "first")
@@ -61,9 +60,8 @@ def response(bench):
             runs = [bench.tool("bench-response", work, argument, env=environment)
                     for argument in arguments]
             longest = max(run["max_ms"] for run in runs)
-            bench.add(f"event while {what}", f"{longest:.1f} ms",
-                      f"{max(run['p99_ms'] for run in runs):.1f} ms", longest, PROMPT, "ms",
-                      beside="99 of 100")
+            bench.add(f"event while {what}", longest, max(run["p99_ms"] for run in runs), "ms",
+                      PROMPT, beside="99 of 100")
 
         measure("nothing happens", "idle", [3])
         measure("100 MP frames are scanned", "scan", [large] * OPENINGS)
@@ -82,8 +80,8 @@ def spinner(bench):
                 for _ in range(OPENINGS))
 
         turning, still = share("scanning"), share("idle")
-    bench.add("processor time while the spinner turns", f"{turning:.2f} %", f"{still:.2f} %",
-              turning, SPINNER, "%", beside="idle")
+    bench.add("processor time while the spinner turns", turning, still, "%", SPINNER,
+              beside="idle")
 
 
 def plan(bench):
@@ -93,9 +91,8 @@ def plan(bench):
         bench.roll(roll, 2, **{"slate-at": 1})
         got = bench.tool("bench-ingest", "plan", roll, 10, env=display.environment(home))
     # What is left of the 30 ms for screens and listing counts as decoding.
-    bench.add("drop to plan less 30 ms, slate in a 24 MP JPEG", f"{got['plan_ms']:.0f} ms",
-              f"{got['luma_ms']:.0f} ms", (got["plan_ms"] - 30) / got["luma_ms"], 1.3,
-              beside="luma")
+    bench.add("drop to plan less 30 ms, slate in a 24 MP JPEG", got["plan_ms"], got["luma_ms"],
+              "ms", 1.3, beside="luma", ratio=(got["plan_ms"] - 30) / got["luma_ms"])
 
 
 def ingests(bench):
@@ -105,9 +102,8 @@ def ingests(bench):
         multiply(bench.roll(roll, 1, **{"slate-at": 1}, width=1500, height=1000)[0], 36)
         got = bench.tool("bench-ingest", "again", roll, 20, env=display.environment(home))
     after = got["after_mb"]
-    bench.add(f"memory after {len(after)} ingests of 36 frames", f"{after[-1]:.1f} MB",
-              f"{after[0]:.1f} MB", after[-1] / after[0], 1.02, beside="after 1",
-              points=list(enumerate(after, 1)))
+    bench.add(f"memory after {len(after)} ingests of 36 frames", after[-1], after[0], "MB", 1.02,
+              beside="after 1", ratio=after[-1] / after[0], points=list(enumerate(after, 1)))
 
 
 def idle(bench):
@@ -118,8 +114,7 @@ def idle(bench):
                        for name in ("quillmark", "bench-empty-window"))
     for index, (what, unit, limit) in enumerate(
             (("processor time of an idle minute", "ms", 5), ("wake-ups in an idle minute", "", 0))):
-        bench.add(what, f"{ours[index]:.2f} {unit}", f"{empty[index]:.2f} {unit}", ours[index],
-                  limit, unit, beside="empty")
+        bench.add(what, ours[index], empty[index], unit, limit, beside="empty")
 
 
 def rest(program, environment):
