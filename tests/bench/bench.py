@@ -22,8 +22,10 @@ import recall
 import report
 import window
 from display import VirtualDisplay
+from turns import in_turns
 
 PAIRS = 8  # even: each of the two comes first as often
+STARTS = 24
 FRAME = {"width": 6000, "height": 4000}  # 24 megapixels
 SEED = 7
 HARD_FRAMES = 48
@@ -161,22 +163,33 @@ class Bench:
                      beside="pixels")
 
     def start(self):
-        """The window's first frame against that of an empty QML window."""
+        """The window's first frame against that of an empty QML window.
+
+        Beside it, what is on the way from one to the other: Qt Widgets, and a first text.
+        """
+        programs = {"": ["quillmark"],
+                    ", empty with QApplication": ["bench-widgets-window"],
+                    ", empty with a text": ["bench-empty-window", "text"],
+                    ", empty with both": ["bench-widgets-window", "text"],
+                    "empty": ["bench-empty-window"]}
         with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
             environment = {**display.environment(home),
                            "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop=true"}
-            ours, empty = self.bin / "quillmark", self.bin / "bench-empty-window"
-            for program in (ours, empty):  # caches warm
-                first_frame(program, environment)
-            pairs = [(first_frame(ours, environment), first_frame(empty, environment))
-                     for _ in range(3 * PAIRS)]
-        for index, (what, unit, limit) in enumerate(
-                (("start to first frame", "ms", 1.2), ("memory at first frame", "MB", 1.15))):
-            measured = [(one[index], other[index]) for one, other in pairs]
-            self.add(what, statistics.median(one for one, _ in measured),
-                     statistics.median(other for _, other in measured), unit, limit,
-                     ratio=statistics.median(one / other for one, other in measured),
-                     pairs=len(measured))
+            starts = {name: functools.partial(first_frame, [self.bin / program, *arguments],
+                                              environment)
+                      for name, (program, *arguments) in programs.items()}
+            for start in starts.values():  # caches warm
+                start()
+            got = in_turns(STARTS, starts)
+        empty = got.pop("empty")
+        for name, ours in got.items():
+            for index, (what, unit, limit) in enumerate(
+                    (("start to first frame", "ms", 1.2), ("memory at first frame", "MB", 1.15))):
+                measured = [(one[index], other[index]) for one, other in zip(ours, empty)]
+                self.add(what + name, statistics.median(one for one, _ in measured),
+                         statistics.median(other for _, other in measured), unit,
+                         None if name else limit, pairs=len(measured),
+                         ratio=statistics.median(one / other for one, other in measured))
 
     def measure(self, name, figure):
         """Measures a figure and writes it at once, so that none is lost by another that fails.
@@ -204,13 +217,13 @@ class Bench:
             sys.exit(f"bench: not measured: {' '.join(self.failed)}")
 
 
-def first_frame(program, environment):
+def first_frame(command, environment):
     """Milliseconds from the process' start to its first frame, and MB resident then.
 
     Qt's own render timing tells of each frame; the first that was swapped is taken.
     """
     started = time.monotonic()
-    process = subprocess.Popen([program], env=environment, stderr=subprocess.PIPE,
+    process = subprocess.Popen(command, env=environment, stderr=subprocess.PIPE,
                                stdout=subprocess.DEVNULL)
     try:
         for line in process.stderr:
@@ -222,7 +235,7 @@ def first_frame(program, environment):
     finally:
         process.kill()
         process.wait()
-    raise RuntimeError(f"{program.name} ended without a frame")
+    raise RuntimeError(f"{command[0].name} ended without a frame")
 
 
 def main():

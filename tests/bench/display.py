@@ -5,6 +5,9 @@
 import os
 import subprocess
 
+# With one of these the program leaves the choice of a renderer to Qt.
+RENDERERS = ("QT_QUICK_BACKEND", "QMLSCENE_DEVICE", "QSG_RHI_BACKEND")
+
 
 class VirtualDisplay:
     """An X server of its own, for the length of a `with` statement."""
@@ -24,6 +27,10 @@ class VirtualDisplay:
         self.server.wait()
 
     def environment(self, home):
-        """What a program needs to open its window here, with its settings in a folder."""
-        return {**os.environ, "DISPLAY": self.name, "QT_QPA_PLATFORM": "xcb",
+        """What a program needs to open its window here, with its settings in a folder.
+
+        All use the renderer that they come with, which is the same one.
+        """
+        rest = {name: value for name, value in os.environ.items() if name not in RENDERERS}
+        return {**rest, "DISPLAY": self.name, "QT_QPA_PLATFORM": "xcb",
                 "XDG_CONFIG_HOME": str(home), "XDG_RUNTIME_DIR": str(home)}
