@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Quillmark authors
 // SPDX-License-Identifier: MIT
 
-// What the spinner costs: the processor time that the whole process has while the scanning
-// screen is shown and nothing else goes on, or for comparison the idle one. Prints one JSON
-// object.
-//   bench-spinner scanning|idle SECONDS
+// What the spinner costs: the processor time that the whole process has while the scanning or
+// the writing screen is shown and nothing else goes on, or for comparison the idle one. Prints
+// one JSON object.
+//   bench-spinner scanning|writing|idle SECONDS
 
 #include "bench/BenchWindow.h"
+#include "support/Samples.h"
 
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -14,13 +15,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <exception>
-#include <string_view>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 Q_IMPORT_QML_PLUGIN(QuillmarkPlugin)
 
 namespace quillmark {
 namespace {
+
+using Session = IngestViewModel;
 
 /// Seconds of processor time that this process has had, on all cores.
 double processorSeconds()
@@ -30,12 +35,22 @@ double processorSeconds()
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-void run(bool turning, int seconds)
+Session::State stateOf(const std::string &screen)
+{
+    const IngestPlan plan{.folder = "/rolls/1",
+                          .detection = {"/rolls/1/01.jpg", test::fullPayload(), QString()},
+                          .rollFiles = std::vector<std::filesystem::path>(36, "/rolls/1/01.jpg"),
+                          .backupMode = BackupMode::backupOriginals};
+    const std::map<std::string, Session::State> states{{"idle", Session::Idle{}},
+                                                       {"scanning", Session::Scanning{plan.folder}},
+                                                       {"writing", Session::Writing{plan}}};
+    return states.at(screen);
+}
+
+void run(const std::string &screen, int seconds)
 {
     bench::BenchWindow window;
-    if (turning) {
-        window.setState(IngestViewModel::Scanning{"/rolls/1"});
-    }
+    window.setState(stateOf(screen));
     bench::BenchWindow::settle();
     const double before = processorSeconds();
     bench::BenchWindow::turnFor(std::chrono::seconds(seconds));
@@ -52,11 +67,11 @@ int main(int argc, char **argv)
     const quillmark::bench::BenchApplication application(argc, argv);
     const int seconds = argc == 3 ? std::atoi(argv[2]) : 0;
     if (seconds <= 0) {
-        std::fputs("usage: bench-spinner scanning|idle SECONDS\n", stderr);
+        std::fputs("usage: bench-spinner scanning|writing|idle SECONDS\n", stderr);
         return EXIT_FAILURE;
     }
     try {
-        quillmark::run(std::string_view(argv[1]) == "scanning", seconds);
+        quillmark::run(argv[1], seconds);
         return EXIT_SUCCESS;
     } catch (const std::exception &failure) {
         std::fprintf(stderr, "bench-spinner: %s\n", failure.what());

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Figures of the window: how long its one thread is kept from answering."""
 
+import functools
 import pathlib
 import re
 import statistics
@@ -11,12 +12,14 @@ import time
 
 from display import VirtualDisplay
 from files import multiply
+from turns import in_turns
 
 SCREENS = ("scanning", "ready", "detectionFailed", "manualEntry", "manualEntryWithPhoto",
            "writing", "done", "error")
 STARTS = 5
 SWITCHES = 5
 OPENINGS = 3
+SPINS = 6
 FILES = 500
 FRAME = 16  # ms, at 60 frames a second
 WATCHED = 4  # seconds
@@ -70,18 +73,19 @@ def response(bench):
 
 
 def spinner(bench):
-    """What part of a core the scanning screen takes, beside the idle one."""
+    """What part of a core the screens with a spinner take, beside the idle one."""
     with tempfile.TemporaryDirectory() as home, VirtualDisplay() as display:
         environment = display.environment(home)
 
-        def share(screen):
-            return statistics.median(
-                bench.tool("bench-spinner", screen, WATCHED, env=environment)["core_percent"]
-                for _ in range(OPENINGS))
+        def watch(screen):
+            return bench.tool("bench-spinner", screen, WATCHED, env=environment)["core_percent"]
 
-        turning, still = share("scanning"), share("idle")
-    bench.add("processor time while the spinner turns", turning, still, "%", SPINNER,
-              beside="idle")
+        shares = in_turns(SPINS, {screen: functools.partial(watch, screen)
+                                  for screen in ("scanning", "idle", "writing")})
+    still = statistics.median(shares.pop("idle"))
+    for screen, turning in shares.items():
+        bench.add(f"processor time of the {screen} screen", statistics.median(turning), still, "%",
+                  SPINNER, beside="idle", pairs=len(turning))
 
 
 def plan(bench):
