@@ -72,8 +72,8 @@ std::size_t readFolder(const fs::path &folder)
 
 void print(const Comparison &result, double times = 1)
 {
-    std::printf("{\"subject_ms\": %.4f, \"floor_ms\": %.4f, \"ratio\": %.3f, \"pairs\": %d}\n",
-                result.subject / times, result.floor / times, result.ratio, result.pairs);
+    std::printf("{\"subject_ms\": %.4f, \"floor_ms\": %.4f, \"ratio\": %.3f, \"pairs\": %zu}\n",
+                result.subject / times, result.floor / times, result.ratio, result.pairs.size());
 }
 
 void tree(const fs::path &folder, int pairs)

@@ -3,8 +3,8 @@
 
 // What a person waits for, and what is left of it. Prints one JSON object.
 //   bench-ingest plan FOLDER PAIRS    from the drop of a folder whose first frame, a JPEG, is
-//                                     the slate to the plan on the screen, beside the decoding
-//                                     of that frame's luma
+//                                     the slate to the plan on the screen: of the first drop, and
+//                                     of later ones beside the decoding of that frame's luma
 //   bench-ingest again FOLDER TIMES   memory after each of so many ingests
 
 #include "bench/BenchWindow.h"
@@ -61,10 +61,16 @@ void plan(const fs::path &folder, int pairs)
 {
     bench::LumaFloor luma(SlateDetector::enumerateImages(folder, false).at(0));
     bench::BenchWindow window;
-    openPlan(window, folder); // the screen is loaded once
+    // Loads the screens.
+    const double first = bench::milliseconds([&] { openPlan(window, folder); });
     const bench::Comparison result = bench::compareInTurns(
         pairs, [&] { openPlan(window, folder); }, [&] { luma.decode(); }, [&] { leave(window); });
-    std::printf("{\"plan_ms\": %.1f, \"luma_ms\": %.1f}\n", result.subject, result.floor);
+    std::printf("{\"first_ms\": %.2f, \"pairs\": [", first);
+    for (const char *comma = ""; const auto &[plan, floor] : result.pairs) {
+        std::printf("%s[%.2f, %.2f]", comma, plan, floor);
+        comma = ", ";
+    }
+    std::printf("]}\n");
 }
 
 void ingest(bench::BenchWindow &window, const fs::path &folder)

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace quillmark::bench {
@@ -49,7 +50,7 @@ struct Comparison {
     double floor;          ///< median milliseconds
     double ratio;          ///< median of the pairs' ratios
     double processorRatio; ///< the same of processor time, on all cores together
-    int pairs;
+    std::vector<std::pair<double, double>> pairs; ///< milliseconds of subject and floor
 };
 
 /// `reset` runs before each of them and is not timed. Each comes first every other time: what
@@ -68,6 +69,7 @@ Comparison compareInTurns(int pairs, Subject subject, Floor floor, Reset reset)
         const double time = milliseconds(work);
         return Cost{time, processorMilliseconds() - start};
     };
+    std::vector<std::pair<double, double>> all;
     std::vector<double> subjects;
     std::vector<double> floors;
     std::vector<double> ratios;
@@ -82,12 +84,13 @@ Comparison compareInTurns(int pairs, Subject subject, Floor floor, Reset reset)
             ofSubject = costOf(subject);
             ofFloor = costOf(floor);
         }
+        all.emplace_back(ofSubject.time, ofFloor.time);
         floors.push_back(ofFloor.time);
         subjects.push_back(ofSubject.time);
         ratios.push_back(ofSubject.time / ofFloor.time);
         processorRatios.push_back(ofSubject.processor / ofFloor.processor);
     }
-    return {median(subjects), median(floors), median(ratios), median(processorRatios), pairs};
+    return {median(subjects), median(floors), median(ratios), median(processorRatios), all};
 }
 
 template <typename Subject, typename Floor>
