@@ -7,7 +7,7 @@
 //   bench-files backup FOLDER PAIRS   backups of a roll, beside cp and sync
 //   bench-files clone FOLDER PAIRS    the same, where the file system shares blocks, beside cp
 //   bench-files synced FOLDER PAIRS   the same, beside cp and sync
-//   bench-files grow FOLDER           listing, searching (no slate is there) and tagging
+//   bench-files grow FOLDER TIMES     listing, searching (no slate is there), backups and tagging
 
 #include "bench/Measure.h"
 #include "detection/SlateDetectionError.h"
@@ -154,21 +154,43 @@ void search(const fs::path &folder)
     throw std::runtime_error("a slate was found where none is");
 }
 
-void grow(const fs::path &folder, int)
+void tag(const Listing &files)
 {
-    const auto files = SlateDetector::enumerateImages(folder, false);
-    std::vector<double> listing;
-    for (int i = 0; i < 5; ++i) {
-        listing.push_back(bench::milliseconds([&] { list(folder, false); }));
+    test::await(Exiftool::embed(files, test::fullPayload(), ownGeneratorVersion.toString()),
+                std::chrono::minutes(10));
+}
+
+/// The median of what a call takes; `reset` runs before each and is not timed.
+template <typename Call, typename Reset>
+double typical(int times, Call call, Reset reset)
+{
+    std::vector<double> all;
+    for (int i = 0; i < times; ++i) {
+        reset();
+        all.push_back(bench::milliseconds(call));
     }
-    const double searching = bench::milliseconds([&] { search(folder); });
-    const double tagging = bench::milliseconds([&] {
-        test::await(Exiftool::embed(files, test::fullPayload(), ownGeneratorVersion.toString()),
-                    std::chrono::minutes(10));
-    });
+    return bench::median(all);
+}
+
+void grow(const fs::path &folder, int times)
+{
+    const Listing files = list(folder, false);
+    Listing images; // which a program has for longer than a listing takes
+    const auto clear = [&folder] {
+        fs::remove_all(folder / "_originals");
+        ::sync();
+    };
+    const double listing = typical(
+        20, [&] { images = list(folder, false); }, [&] { images = {}; });
+    const double searching = typical(
+        times, [&] { search(folder); }, [] {});
+    const double backups = typical(
+        times, [&] { Ingestor::prepareFiles(files, folder, BackupMode::backupOriginals); }, clear);
+    const double tagging = typical(
+        times, [&] { tag(files); }, clear);
     std::printf("{\"files\": %zu, \"listing_ms\": %.4f, \"searching_ms\": %.2f, "
-                "\"tagging_ms\": %.1f}\n",
-                files.size(), bench::median(listing), searching, tagging);
+                "\"backups_ms\": %.1f, \"tagging_ms\": %.1f}\n",
+                files.size(), listing, searching, backups, tagging);
 }
 
 } // namespace
@@ -187,7 +209,7 @@ int main(int argc, char **argv)
         {"grow", grow}};
     const auto figure = argc >= 3 ? figures.find(argv[1]) : figures.end();
     if (figure == figures.end()) {
-        std::fputs("usage: bench-files tree|roll|backup|clone|synced|grow FOLDER [PAIRS]\n",
+        std::fputs("usage: bench-files tree|roll|backup|clone|synced|grow FOLDER [TIMES]\n",
                    stderr);
         return EXIT_FAILURE;
     }
