@@ -5,7 +5,7 @@
 // object.
 //   bench-run time FOLDER PAIRS   beside the bare exiftool with the same arguments
 //   bench-run limit FOLDER        with as many of its images as can be given to one exiftool,
-//                                 and with one more
+//                                 and, several times, with one more
 
 #include "bench/Measure.h"
 #include "embedding/ChildProcess.h"
@@ -117,14 +117,17 @@ void printLimit(const std::filesystem::path &folder)
     }
     const double run = bench::milliseconds([&] { runToTheEnd(plan); });
     take(most + 1);
-    IngestViewModel::State last;
-    const double refusal = bench::milliseconds([&] { last = runSession(plan); });
-    const auto *const error = std::get_if<IngestViewModel::Error>(&last);
-    if (error == nullptr || !error->text.contains(QStringLiteral("are too long together"))) {
-        throw std::runtime_error("one file more was not refused");
+    std::vector<double> refusals;
+    for (int i = 0; i < 8; ++i) {
+        IngestViewModel::State last;
+        refusals.push_back(bench::milliseconds([&] { last = runSession(plan); }));
+        const auto *const error = std::get_if<IngestViewModel::Error>(&last);
+        if (error == nullptr || !error->text.contains(QStringLiteral("are too long together"))) {
+            throw std::runtime_error("one file more was not refused");
+        }
     }
     std::printf("{\"files\": %zu, \"megabytes\": %.3f, \"run_ms\": %.0f, \"refusal_ms\": %.1f}\n",
-                most, static_cast<double>(bytes) / 1e6, run, refusal);
+                most, static_cast<double>(bytes) / 1e6, run, bench::median(refusals));
 }
 
 } // namespace
