@@ -68,17 +68,17 @@ class Bench:
                "limit": limit, "met": None,
                **{name: round(value, 4) if isinstance(value, float) else value
                   for name, value in more.items()}}
-        figure, of_figure = report.figure(row)
+        value, shown = report.figure(row)
         end = ""
         mark = ""
         if limit is not None:
-            row["met"] = figure <= limit
+            row["met"] = value <= limit
             mark = "ok" if row["met"] else "OVER"
             end = f"  at most {report.number(limit)}"
         self.rows.append(row)
         beside = f"{beside} {report.amount(row['peer'], unit)}".strip()
         print(f"{mark:<4} {what:<52} {report.amount(ours, unit):>9}  {beside:>28}  "
-              f"{figure:9.2f} {of_figure:<2}{end}", flush=True)
+              f"{shown:>9}{end}", flush=True)
 
     def frame(self):
         """One frame against the decoding of its luma, and what the worst frames take."""
@@ -258,6 +258,9 @@ def main():
                                     "response"))):
         for name in names:
             figures[name] = functools.partial(getattr(module, name), bench)
+    unknown = set(sys.argv[2:]) - set(figures)
+    if unknown:
+        sys.exit(f"bench: no such figure: {' '.join(unknown)}\n{__doc__}")
     for name in sys.argv[2:] or figures:
         bench.measure(name, figures[name])
     bench.finish()

@@ -18,11 +18,11 @@ def read(results):
 
 
 def figure(row):
-    """What a row's limit is of, and its unit."""
+    """What a row's limit is of, and how it is shown."""
     for name, unit in (("ratio", "x"), ("exponent", "n^")):
         if name in row:
-            return row[name], unit
-    return row["ours"], row["unit"]
+            return row[name], f"{row[name]:.2f} {unit}"
+    return row["ours"], amount(row["ours"], row["unit"])
 
 
 def number(value):
@@ -40,10 +40,10 @@ def table(results):
     rows = read(results)
     for row in (row for name in TABLE for row in rows if row["of"] == name):
         beside = f"{row['beside']} {amount(row['peer'], row['unit'])}".replace("|", "\\|").strip()
-        value, unit = figure(row)
+        _, shown = figure(row)
         limit = "" if row["limit"] is None else number(row["limit"])
         print(f"| {row['what']} | {amount(row['ours'], row['unit'])} | {beside} "
-              f"| {value:.2f} {unit} | {limit} | {'over' if row['met'] is False else ''} |")
+              f"| {shown} | {limit} | {'over' if row['met'] is False else ''} |")
 
 
 def draw(results, picture):
