@@ -46,6 +46,9 @@ WAYS = (
     NOT_STARTED,
 )
 
+# How often a run makes them depends on how long the child takes.
+OF_A_SLOW_CHILD = ("poll", "waitpid")
+
 Point = collections.namedtuple("Point", "function subject occurrence errors")
 Case = collections.namedtuple("Case", "roll mode way point error")
 
@@ -158,6 +161,7 @@ def main(arguments):
 
     rows = {}
     broken = []
+    quicker = 0
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         verdicts = pool.map(
             lambda case: try_case(options.driver, judges[case.roll, case.mode][case.way], case),
@@ -166,6 +170,9 @@ def main(arguments):
         for number, (case, (state, problems)) in enumerate(zip(cases, verdicts), start=1):
             if number % 200 == 0:
                 print(f"faults: {number} of {len(cases)} tried", file=sys.stderr, flush=True)
+            if problems is None and case.point.function in OF_A_SLOW_CHILD:
+                quicker += 1
+                continue
             row = rows.setdefault(
                 (case.mode, case.point.function),
                 {"points": set(), **dict.fromkeys(("tried", "held", "done", "error"), 0)},
@@ -194,12 +201,15 @@ def main(arguments):
         )
         print(f"faults: {mode}: {points} calls, {tried} faults tried, {held} held")
     points = sum(len(row["points"]) for row in rows.values())
-    held = len(cases) - len(broken)
+    tried = len(cases) - quicker
+    held = tried - len(broken)
+    if quicker:
+        print(f"faults: {quicker} looks after a slow child did not come about again")
     print(
-        f"faults: {points} calls, {len(cases)} faults tried, {held} held"
+        f"faults: {points} calls, {tried} faults tried, {held} held"
         f" ({time.monotonic() - started:.0f} s)"
     )
-    return 0 if cases and not broken else 1
+    return 0 if held and not broken else 1
 
 
 if __name__ == "__main__":
