@@ -4,6 +4,7 @@
 #include "base/Background.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QObject>
 
 #include <atomic>
@@ -29,6 +30,25 @@ public:
     }
 };
 
+/// Resumes a coroutine on its own thread, at an event from another one. That brings nothing with it
+/// that the other thread wrote: the thread sanitizer does not see how Qt, which is not built for
+/// it, hands that on.
+class Resumption final : public QObject
+{
+public:
+    explicit Resumption(std::coroutine_handle<> awaiting) : m_awaiting(awaiting) {}
+
+protected:
+    void customEvent(QEvent * /*event*/) override
+    {
+        deleteLater();
+        m_awaiting.resume();
+    }
+
+private:
+    std::coroutine_handle<> m_awaiting;
+};
+
 void waitAtTheEnd()
 {
     qAddPostRoutine(&waitForBackground);
@@ -39,17 +59,12 @@ Q_COREAPP_STARTUP_FUNCTION(waitAtTheEnd)
 
 void ThreadWork::await_suspend(std::coroutine_handle<> awaiting)
 {
-    // Lives on this thread, whose event loop calls what is posted to it.
-    auto resumption = std::make_unique<QObject>();
-    auto run = [work = std::move(m_work), awaiting, receiver = resumption.get(),
+    auto resumption = std::make_unique<Resumption>(awaiting);
+    auto run = [work = std::move(m_work), receiver = resumption.get(),
                 atWork = std::make_unique<AtWork>()]() mutable {
         work();
         work = nullptr;
-        const auto resume = [awaiting, receiver] {
-            receiver->deleteLater();
-            awaiting.resume();
-        };
-        QMetaObject::invokeMethod(receiver, resume, Qt::QueuedConnection);
+        QCoreApplication::postEvent(receiver, new QEvent(QEvent::User));
     };
     try {
         m_thread = std::thread(std::move(run));
