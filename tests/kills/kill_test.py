@@ -50,7 +50,7 @@ VICTIMS = tuple(AIMS)
 LEARNING_RUNS = 2  # of each mode
 # Seconds that exiftool may outlive its program by, on a busy machine.
 GRACE = 5.0
-# In every kill of so many, the roll was tagged before.
+# One kill of so many meets a roll that a run has gone over before.
 AGAIN = 4
 # A kill that finds its victim gone already is tried again.
 TRIES = 20
