@@ -57,6 +57,12 @@ Window {
         window: root
     }
 
+    // What the first drop shows, and its plan.
+    Preloader {
+        window: root
+        files: ["ScanningScreen.qml", "ReadyScreen.qml"]
+    }
+
     WindowActions {
         id: actions
         updater: root.updater

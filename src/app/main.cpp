@@ -8,12 +8,14 @@
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QFontDatabase>
 #include <QIcon>
 #include <QImageReader>
 #include <QPixmap>
 #include <QPixmapCache>
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <QUrl>
@@ -22,6 +24,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <thread>
@@ -140,19 +143,26 @@ int main(int argc, char **argv)
     // Listing the installed fonts takes as long as loading the window, and both cores are
     // free: the list is ready by the time that the first text is laid out.
     const std::jthread fontList = startIfPossible([] { QFontDatabase::families(); });
+    // The first item with a name asks the session's bus whether a screen reader is there.
+    const std::jthread bus = startIfPossible([] { QDBusConnection::sessionBus(); });
 
     quillmark::installAccessibility();
     quillmark::UpdaterCoordinator updates;
-    QQmlApplicationEngine engine;
-    engine.setInitialProperties({{QStringLiteral("updates"), QVariant::fromValue(&updates)}});
+    QQmlEngine engine;
+    QObject::connect(&engine, &QQmlEngine::exit, &application, &QCoreApplication::exit,
+                     Qt::QueuedConnection);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    QQmlComponent main(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+    std::unique_ptr<QObject> window;
     {
         // The window takes its icon now. From the cache of pixmaps it would wake an idle program
         // half a minute later, only to find out that nobody uses it any more.
         const WithoutPixmapCache icon;
-        engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+        window.reset(main.createWithInitialProperties(
+            {{QStringLiteral("updates"), QVariant::fromValue(&updates)}}));
     }
-    if (engine.rootObjects().isEmpty()) {
+    if (!window) {
+        qCritical("%s", qUtf8Printable(main.errorString()));
         return EXIT_FAILURE;
     }
     const int status = QApplication::exec();

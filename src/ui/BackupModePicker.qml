@@ -4,11 +4,10 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
 import Quillmark
 
 /// The choice of the backup mode, by raw value.
-RowLayout {
+ShrinkingRow {
     id: root
 
     required property string selection
@@ -29,21 +28,25 @@ RowLayout {
 
     LabelText {
         id: caption
-        Layout.fillWidth: true
-        Layout.minimumWidth: Math.ceil(Theme.widestWord(caption.text, caption.font))
-        Layout.maximumWidth: Math.ceil(implicitWidth)
+
+        readonly property real minimumWidth:
+            Math.ceil(Theme.widestWord(caption.text, caption.font))
+
+        width: root.widthOf(caption)
+        anchors.verticalCenter: parent.verticalCenter
         text: "BACKUP MODE"
         wrapMode: Text.WordWrap
     }
 
-    RowLayout {
+    ShrinkingRow {
         id: strip
 
         function hasFocus(): bool {
-            return Array.from(strip.children).some(each => each.activeFocus);
+            return strip.members().some(each => each.activeFocus);
         }
 
-        spacing: 0
+        width: root.widthOf(strip)
+        anchors.verticalCenter: parent.verticalCenter
 
         Keys.onLeftPressed: root.step(-1)
         Keys.onUpPressed: root.step(-1)
@@ -58,10 +61,8 @@ RowLayout {
                 id: button
                 required property string modelData
 
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                Layout.minimumWidth: minimumWidth
-                Layout.maximumWidth: implicitWidth
+                width: strip.widthOf(button)
+                height: strip.height
                 text: mode.title
                 checked: root.selection === button.modelData
                 onClicked: {

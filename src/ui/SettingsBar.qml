@@ -4,10 +4,10 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
+import Quillmark
 
 /// What may be set before a folder is chosen.
-ColumnLayout {
+Column {
     id: root
 
     required property string backupMode
@@ -19,29 +19,28 @@ ColumnLayout {
     spacing: 16
 
     Divider {
-        Layout.fillWidth: true
+        width: root.width
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    ShrinkingRow {
+        id: row
+        width: root.width
         spacing: 32
 
         BackupModePicker {
-            Layout.fillWidth: true
-            Layout.maximumWidth: Math.ceil(implicitWidth)
+            id: modes
+            width: row.widthOf(modes)
+            anchors.verticalCenter: parent.verticalCenter
             selection: root.backupMode
             onPicked: rawMode => root.backupModePicked(rawMode)
         }
         ToggleSwitch {
-            Layout.fillWidth: true
-            Layout.minimumWidth: minimumWidth
-            Layout.maximumWidth: Math.ceil(implicitWidth)
+            id: recursion
+            width: row.widthOf(recursion)
+            anchors.verticalCenter: parent.verticalCenter
             text: "RECURSE INTO SUBFOLDERS"
             checked: root.recursive
             onToggled: checked => root.recursiveToggled(checked)
-        }
-        Item {
-            Layout.fillWidth: true
         }
     }
 }
