@@ -11,6 +11,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quillmark {
 namespace {
@@ -71,12 +72,10 @@ QString errorText(const ChildResult &result)
                : streamText(errors);
 }
 
-std::vector<fs::path> absolute(std::vector<fs::path> files)
+/// Text, of which there may be megabytes: each path is a piece of memory for each folder in it.
+std::string absoluteText(const fs::path &file)
 {
-    for (fs::path &file : files) {
-        file = fs::absolute(file);
-    }
-    return files;
+    return file.is_absolute() ? file.native() : fs::absolute(file).native();
 }
 
 } // namespace
@@ -101,7 +100,7 @@ std::vector<std::string> embedArguments(const std::filesystem::path &configurati
         arguments.push_back(argument.toStdString());
     }
     for (const std::filesystem::path &file : files) {
-        arguments.push_back(std::filesystem::absolute(file).native());
+        arguments.push_back(absoluteText(file));
     }
     return arguments;
 }
@@ -117,13 +116,16 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
     }
     const QStringList tagArguments = Exiftool::tagArguments(payload, generatorVersion);
     refuseNul(tagArguments);
-    WritingMark mark(commonFolder(absolute(files)));
-    removeLeftovers(files, mark);
+    std::vector<std::string> names;
+    names.reserve(files.size());
+    std::transform(files.begin(), files.end(), std::back_inserter(names), absoluteText);
+    WritingMark mark(commonFolder(names));
+    removeLeftovers(names, mark);
     const ChildResult result =
         runChildKeeping(mark.descriptor(), *setup.program,
                         embedArguments(*setup.configuration, tagArguments, files));
     if (result.status != 0) {
-        removeLeftovers(files, mark);
+        removeLeftovers(names, mark);
         throw ExiftoolError::failed(errorText(result), result.status);
     }
 }

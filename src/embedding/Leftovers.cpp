@@ -28,7 +28,7 @@ constexpr std::string_view suffix = "_exiftool_tmp";
 
 /// A file that looks left behind, and what changes with it while somebody is at it.
 struct Leftover {
-    fs::path path;
+    std::string path;
     struct stat status {};
 };
 
@@ -40,11 +40,12 @@ bool isUnchanged(const struct stat &before, const struct stat &now)
 }
 
 /// One that a killed exiftool leaves always has the whole file beside it.
-void collectBeside(const fs::path &file, std::vector<Leftover> &found)
+void collectBeside(const std::string &file, std::vector<Leftover> &found)
 {
     std::error_code ignored;
-    Leftover leftover{.path = file};
-    leftover.path += suffix;
+    Leftover leftover;
+    leftover.path.reserve(file.size() + suffix.size());
+    leftover.path.append(file).append(suffix);
     if (::lstat(leftover.path.c_str(), &leftover.status) == 0 && S_ISREG(leftover.status.st_mode) &&
         fs::exists(file, ignored)) {
         found.push_back(std::move(leftover));
@@ -52,7 +53,7 @@ void collectBeside(const fs::path &file, std::vector<Leftover> &found)
 }
 
 /// A folder stands for the images directly in it, those in its subfolders not among them.
-void collectWithin(const fs::path &folder, std::vector<Leftover> &found)
+void collectWithin(const std::string &folder, std::vector<Leftover> &found)
 {
     std::error_code failure;
     for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
@@ -64,13 +65,18 @@ void collectWithin(const fs::path &folder, std::vector<Leftover> &found)
     }
 }
 
-std::vector<Leftover> leftovers(const std::vector<fs::path> &files)
+bool isDirectory(const std::string &file)
+{
+    struct stat status {};
+    return ::stat(file.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::vector<Leftover> leftovers(const std::vector<std::string> &files)
 {
     std::vector<Leftover> found;
-    for (const fs::path &file : files) {
+    for (const std::string &file : files) {
         collectBeside(file, found);
-        std::error_code ignored;
-        if (fs::is_directory(file, ignored)) {
+        if (isDirectory(file)) {
             collectWithin(file, found);
         }
     }
@@ -128,7 +134,7 @@ bool isAbandoned(const Leftover &leftover)
 
 } // namespace
 
-void removeLeftovers(const std::vector<fs::path> &files, WritingMark &mark)
+void removeLeftovers(const std::vector<std::string> &files, WritingMark &mark)
 {
     const std::vector<Leftover> found = leftovers(files);
     if (found.empty()) {

@@ -5,7 +5,7 @@
 
 #include "embedding/WritingMark.h"
 
-#include <filesystem>
+#include <string>
 #include <vector>
 
 namespace quillmark {
@@ -19,6 +19,6 @@ namespace quillmark {
 /// until it is a second old, and where none of that can be told, because the file system has no
 /// leases or the file is another user's. May take that second; throws nothing for what it cannot
 /// remove. Any thread.
-void removeLeftovers(const std::vector<std::filesystem::path> &files, WritingMark &mark);
+void removeLeftovers(const std::vector<std::string> &files, WritingMark &mark);
 
 } // namespace quillmark

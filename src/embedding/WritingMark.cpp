@@ -8,9 +8,9 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <string_view>
 #include <thread>
 
 namespace quillmark {
@@ -68,20 +68,17 @@ void WritingMark::shareOrGiveUp()
     }
 }
 
-std::filesystem::path commonFolder(const std::vector<std::filesystem::path> &files)
+std::string commonFolder(const std::vector<std::string> &files)
 {
-    std::filesystem::path common = files.front().parent_path();
-    for (const std::filesystem::path &file : files) {
-        if (file.parent_path() == common) {
-            continue;
+    // With the slash at its end, so that no folder's name passes for the beginning of another.
+    std::string_view common = files.front();
+    for (const std::string_view file : files) {
+        while (!common.ends_with('/') || !file.starts_with(common)) {
+            common.remove_suffix(1);
+            common = common.substr(0, common.rfind('/') + 1);
         }
-        const auto end =
-            std::mismatch(common.begin(), common.end(), file.begin(), file.end()).first;
-        std::filesystem::path shared;
-        std::for_each(common.begin(), end, [&shared](const auto &part) { shared /= part; });
-        common = shared;
     }
-    return common;
+    return std::string(common.size() > 1 ? common.substr(0, common.size() - 1) : common);
 }
 
 } // namespace quillmark

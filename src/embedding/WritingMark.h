@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace quillmark {
@@ -41,6 +42,6 @@ private:
 
 /// The folder nearest to all the files that has them in or below it; the files are absolute
 /// and at least one.
-std::filesystem::path commonFolder(const std::vector<std::filesystem::path> &files);
+std::string commonFolder(const std::vector<std::string> &files);
 
 } // namespace quillmark

@@ -17,6 +17,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -29,21 +31,38 @@
 namespace quillmark {
 namespace {
 
-/// Runs the plan and gives the state in which the session is then.
-IngestViewModel::State runSession(const IngestPlan &plan)
+void makeReady(IngestViewModel &session, const IngestPlan &plan)
 {
-    IngestViewModel session;
     session.setBackupMode(BackupMode::none);
     session.setState(IngestViewModel::Ready{plan});
+}
+
+void run(IngestViewModel &session)
+{
     test::await(session.runIngest(), std::chrono::minutes(10));
-    return session.state();
 }
 
 void runToTheEnd(const IngestPlan &plan)
 {
-    if (!std::holds_alternative<IngestViewModel::Done>(runSession(plan))) {
+    IngestViewModel session;
+    makeReady(session, plan);
+    run(session);
+    if (!std::holds_alternative<IngestViewModel::Done>(session.state())) {
         throw std::runtime_error("the run failed");
     }
+}
+
+/// How long the refusal of a plan takes, in milliseconds.
+double timeRefusal(const IngestPlan &plan)
+{
+    IngestViewModel session;
+    makeReady(session, plan);
+    const double time = bench::milliseconds([&session] { run(session); });
+    const auto *const error = std::get_if<IngestViewModel::Error>(&session.state());
+    if (error == nullptr || !error->text.contains(QStringLiteral("are too long together"))) {
+        throw std::runtime_error("one file more was not refused");
+    }
+    return time;
 }
 
 std::vector<std::string> arguments(const IngestPlan &plan)
@@ -117,15 +136,8 @@ void printLimit(const std::filesystem::path &folder)
     }
     const double run = bench::milliseconds([&] { runToTheEnd(plan); });
     take(most + 1);
-    std::vector<double> refusals;
-    for (int i = 0; i < 8; ++i) {
-        IngestViewModel::State last;
-        refusals.push_back(bench::milliseconds([&] { last = runSession(plan); }));
-        const auto *const error = std::get_if<IngestViewModel::Error>(&last);
-        if (error == nullptr || !error->text.contains(QStringLiteral("are too long together"))) {
-            throw std::runtime_error("one file more was not refused");
-        }
-    }
+    std::vector<double> refusals(8);
+    std::generate(refusals.begin(), refusals.end(), [&plan] { return timeRefusal(plan); });
     std::printf("{\"files\": %zu, \"megabytes\": %.3f, \"run_ms\": %.0f, \"refusal_ms\": %.1f}\n",
                 most, static_cast<double>(bytes) / 1e6, run, bench::median(refusals));
 }
