@@ -107,6 +107,10 @@ Workplace::~Workplace()
     // The lock only keeps others from removing the folder. To remove it takes an open file for
     // each level of what is in it, and the lock's is one.
     m_lock.reset();
+    // Mostly nothing is left in it.
+    if (::rmdir(m_path.c_str()) == 0) {
+        return;
+    }
     // What cannot be removed now may well be removed a moment later (EINTR).
     std::error_code failure;
     for (int attempt = 0; attempt < 3; ++attempt) {
