@@ -9,6 +9,7 @@
 #include <QQmlEngine>
 
 #include <algorithm>
+#include <utility>
 
 namespace quillmark {
 
@@ -23,24 +24,29 @@ void Preloader::setWindow(QQuickWindow *window)
     Q_EMIT windowChanged();
 }
 
-bool Preloader::isReady() const
-{
-    return !m_components.empty() &&
-           std::ranges::all_of(m_components, [](const auto &each) { return each->isReady(); });
-}
-
 void Preloader::load()
 {
+    for (const QString &file : std::as_const(m_files)) {
+        auto component = std::make_unique<QQmlComponent>(qmlEngine(this));
+        component->loadUrl(qmlContext(this)->resolvedUrl(QUrl(file)), QQmlComponent::Asynchronous);
+        connect(component.get(), &QQmlComponent::statusChanged, this, &Preloader::check);
+        m_components.push_back(std::move(component));
+    }
+    check(); // what another component holds is there at once
     // A font is looked for when it is first measured.
     const ThemeFont fonts;
     for (const QFont &font : {fonts.title, fonts.caption, fonts.mono}) {
         QFontMetricsF(font).horizontalAdvance(QStringLiteral("0"));
     }
-    for (const QString &file : std::as_const(m_files)) {
-        auto component = std::make_unique<QQmlComponent>(qmlEngine(this));
-        connect(component.get(), &QQmlComponent::statusChanged, this, &Preloader::readyChanged);
-        component->loadUrl(qmlContext(this)->resolvedUrl(QUrl(file)), QQmlComponent::Asynchronous);
-        m_components.push_back(std::move(component));
+}
+
+void Preloader::check()
+{
+    const bool ready =
+        std::ranges::all_of(m_components, [](const auto &each) { return each->isReady(); });
+    if (ready && !m_ready) {
+        m_ready = true;
+        Q_EMIT readyChanged();
     }
 }
 

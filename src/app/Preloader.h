@@ -15,9 +15,9 @@
 
 namespace quillmark {
 
-/// Loads QML files in the background as soon as a window has shown its first frame, and the
-/// theme's fonts that it did not need: neither the start waits for them, nor whoever needs them
-/// first.
+/// Loads QML files in the background as soon as a window has shown its first frame, so that neither
+/// the start waits for them nor whoever needs them first. The theme's fonts that the first screen
+/// does not have are looked for meanwhile.
 ///
 /// A file that cannot be loaded is left to whoever needs it, and to the error that this gives.
 class Preloader : public QObject
@@ -36,7 +36,7 @@ public:
     QQuickWindow *window() const { return m_window; }
     /// To be set once.
     void setWindow(QQuickWindow *window);
-    bool isReady() const;
+    bool isReady() const { return m_ready; }
 
 Q_SIGNALS:
     void windowChanged();
@@ -45,11 +45,13 @@ Q_SIGNALS:
 
 private:
     void load();
+    void check();
 
     QPointer<QQuickWindow> m_window;
     QStringList m_files;
     // What is loaded stays so for as long as a component holds it.
     std::vector<std::unique_ptr<QQmlComponent>> m_components;
+    bool m_ready = false;
 };
 
 } // namespace quillmark

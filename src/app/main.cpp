@@ -8,7 +8,6 @@
 #include "embedding/ResourceBundle.h"
 
 #include <QApplication>
-#include <QDBusConnection>
 #include <QFontDatabase>
 #include <QIcon>
 #include <QImageReader>
@@ -140,11 +139,9 @@ int main(int argc, char **argv)
     // The window decides: a run that is writing outlives it.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // Listing the installed fonts takes as long as loading the window, and both cores are
-    // free: the list is ready by the time that the first text is laid out.
+    // Listing the installed fonts takes as long as loading the window: the list is ready by the
+    // time that the first text is laid out.
     const std::jthread fontList = startIfPossible([] { QFontDatabase::families(); });
-    // The first item with a name asks the session's bus whether a screen reader is there.
-    const std::jthread bus = startIfPossible([] { QDBusConnection::sessionBus(); });
 
     quillmark::installAccessibility();
     quillmark::UpdaterCoordinator updates;
@@ -152,17 +149,17 @@ int main(int argc, char **argv)
     QObject::connect(&engine, &QQmlEngine::exit, &application, &QCoreApplication::exit,
                      Qt::QueuedConnection);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    QQmlComponent main(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qt/qml/Quillmark/Main.qml")));
     std::unique_ptr<QObject> window;
     {
         // The window takes its icon now. From the cache of pixmaps it would wake an idle program
         // half a minute later, only to find out that nobody uses it any more.
         const WithoutPixmapCache icon;
-        window.reset(main.createWithInitialProperties(
+        window.reset(component.createWithInitialProperties(
             {{QStringLiteral("updates"), QVariant::fromValue(&updates)}}));
     }
     if (!window) {
-        qCritical("%s", qUtf8Printable(main.errorString()));
+        qCritical("%s", qUtf8Printable(component.errorString()));
         return EXIT_FAILURE;
     }
     const int status = QApplication::exec();

@@ -72,17 +72,21 @@ QString errorText(const ChildResult &result)
                : streamText(errors);
 }
 
-/// Text, of which there may be megabytes: each path is a piece of memory for each folder in it.
-std::string absoluteText(const fs::path &file)
-{
-    return file.is_absolute() ? file.native() : fs::absolute(file).native();
-}
-
 } // namespace
+
+std::vector<std::string> absoluteNames(const std::vector<std::filesystem::path> &files)
+{
+    std::vector<std::string> names;
+    names.reserve(files.size());
+    std::transform(files.begin(), files.end(), std::back_inserter(names), [](const fs::path &file) {
+        return file.is_absolute() ? file.native() : fs::absolute(file).native();
+    });
+    return names;
+}
 
 std::vector<std::string> embedArguments(const std::filesystem::path &configuration,
                                         const QStringList &tagArguments,
-                                        const std::vector<std::filesystem::path> &files)
+                                        const std::vector<std::string> &files)
 {
     // exiftool reads "-config" in first place only. IPTC text is written as UTF-8 and
     // flagged so by the coded character set (IPTC-IIM 4.2, dataset 1:90).
@@ -99,9 +103,7 @@ std::vector<std::string> embedArguments(const std::filesystem::path &configurati
     for (const QString &argument : tagArguments) {
         arguments.push_back(argument.toStdString());
     }
-    for (const std::filesystem::path &file : files) {
-        arguments.push_back(absoluteText(file));
-    }
+    arguments.insert(arguments.end(), files.begin(), files.end());
     return arguments;
 }
 
@@ -116,14 +118,12 @@ void runEmbed(const ExiftoolSetup &setup, const std::vector<std::filesystem::pat
     }
     const QStringList tagArguments = Exiftool::tagArguments(payload, generatorVersion);
     refuseNul(tagArguments);
-    std::vector<std::string> names;
-    names.reserve(files.size());
-    std::transform(files.begin(), files.end(), std::back_inserter(names), absoluteText);
+    const std::vector<std::string> names = absoluteNames(files);
     WritingMark mark(commonFolder(names));
     removeLeftovers(names, mark);
     const ChildResult result =
         runChildKeeping(mark.descriptor(), *setup.program,
-                        embedArguments(*setup.configuration, tagArguments, files));
+                        embedArguments(*setup.configuration, tagArguments, names));
     if (result.status != 0) {
         removeLeftovers(names, mark);
         throw ExiftoolError::failed(errorText(result), result.status);

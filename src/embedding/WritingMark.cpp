@@ -5,9 +5,12 @@
 
 #include "base/Uninterrupted.h"
 
+#include <QtGlobal>
+
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <string_view>
@@ -72,6 +75,7 @@ std::string commonFolder(const std::vector<std::string> &files)
 {
     // With the slash at its end, so that no folder's name passes for the beginning of another.
     std::string_view common = files.front();
+    Q_ASSERT(std::ranges::all_of(files, [](const auto &file) { return file.starts_with('/'); }));
     for (const std::string_view file : files) {
         while (!common.ends_with('/') || !file.starts_with(common)) {
             common.remove_suffix(1);

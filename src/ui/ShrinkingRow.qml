@@ -5,11 +5,11 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 
-/// Items side by side, all with a `minimumWidth`. Where there is room, each is as wide as it
-/// likes to be; where there is not, all give way evenly, none below its minimum.
+/// Items side by side, all with a `minimumWidth` and a width that widthOf() gives them. Where there
+/// is room, each is as wide as it likes to be; where there is not, all give way evenly, none below
+/// its minimum. None may be hidden.
 ///
-/// For the first screen, where QtQuick.Layouts would take more time to load than all of its
-/// items.
+/// For the first screen, which does not wait for QtQuick.Layouts to be loaded.
 Item {
     id: root
 
@@ -18,7 +18,7 @@ Item {
 
     readonly property real minimumWidth: root.total(each => each.minimumWidth)
     /// What there is of the room between the least width and the implicit one: 0 to 1.
-    readonly property real ease: {
+    readonly property real share: {
         const spare = root.implicitWidth - root.minimumWidth;
         return spare > 0 ? Math.max(0, Math.min(1, (root.width - root.minimumWidth) / spare)) : 1;
     }
@@ -31,7 +31,7 @@ Item {
         for (const each of root.members()) {
             start = end;
             end += each.minimumWidth
-                   + root.ease * (Math.ceil(each.implicitWidth) - each.minimumWidth);
+                   + root.share * (Math.ceil(each.implicitWidth) - each.minimumWidth);
             if (each === item) {
                 break;
             }
@@ -44,7 +44,8 @@ Item {
     }
     function total(measure: var): real {
         const all = root.members();
-        return all.reduce((sum, each) => sum + measure(each), (all.length - 1) * root.spacing);
+        return all.reduce((sum, each) => sum + measure(each),
+                          Math.max(0, all.length - 1) * root.spacing);
     }
 
     implicitWidth: root.total(each => Math.ceil(each.implicitWidth))

@@ -13,9 +13,11 @@ using Application = QApplication;
 #include <QGuiApplication>
 using Application = QGuiApplication;
 #endif
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <memory>
 #include <string_view>
 
 int main(int argc, char **argv)
@@ -23,13 +25,16 @@ int main(int argc, char **argv)
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const bool hasText = argc == 2 && std::string_view(argv[1]) == "text";
     const Application application(argc, argv);
-    QQmlApplicationEngine engine;
-    engine.loadData(hasText ? R"(import QtQuick
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData(hasText ? R"(import QtQuick
                                 Window {
                                     visible: true; width: 1000; height: 700
                                     Text { text: "Drop a folder of scans" }
                                 })"
-                            : R"(import QtQuick
-                                Window { visible: true; width: 1000; height: 700 })");
+                              : R"(import QtQuick
+                                Window { visible: true; width: 1000; height: 700 })",
+                      QUrl());
+    const std::unique_ptr<QObject> window(component.create());
     return Application::exec();
 }

@@ -61,7 +61,6 @@ void plan(const fs::path &folder, int pairs)
 {
     bench::LumaFloor luma(SlateDetector::enumerateImages(folder, false).at(0));
     bench::BenchWindow window;
-    // Loads the screens.
     const double first = bench::milliseconds([&] { openPlan(window, folder); });
     const bench::Comparison result = bench::compareInTurns(
         pairs, [&] { openPlan(window, folder); }, [&] { luma.decode(); }, [&] { leave(window); });

@@ -70,7 +70,7 @@ std::vector<std::string> arguments(const IngestPlan &plan)
     return embedArguments(
         *Exiftool::configURL(),
         Exiftool::tagArguments(plan.detection.payload, ownGeneratorVersion.toString()),
-        plan.rollFiles);
+        absoluteNames(plan.rollFiles));
 }
 
 void runBare(const IngestPlan &plan)

@@ -10,7 +10,6 @@ usage: bench.py BUILD_FOLDER [FIGURE...]
 import functools
 import json
 import pathlib
-import re
 import statistics
 import subprocess
 import sys
@@ -229,9 +228,7 @@ def first_frame(command, environment):
         for line in process.stderr:
             if b"rendered" in line or b"swap" in line:
                 elapsed = (time.monotonic() - started) * 1000
-                status = pathlib.Path(f"/proc/{process.pid}/status").read_text(encoding="ascii")
-                resident = int(re.search(r"VmRSS:\s+(\d+)", status).group(1)) * 1024 / 1e6
-                return elapsed, resident
+                return elapsed, window.resident(process.pid)
     finally:
         process.kill()
         process.wait()

@@ -112,6 +112,11 @@ TEST(CommonFolder, isTheNearestToAllFiles)
     EXPECT_EQ(commonFolder({"/roll/ab/1.jpg", "/roll/abc/1.jpg"}), "/roll");
     EXPECT_EQ(commonFolder({"/roll/1.jpg", "/scans/1.jpg"}), "/");
     EXPECT_EQ(commonFolder({"/1.jpg", "/roll/1.jpg"}), "/");
+    EXPECT_EQ(commonFolder({"/roll/a/b/c/1.jpg", "/roll/a/2.jpg"}), "/roll/a");
+    EXPECT_EQ(commonFolder({"/roll/a/b/c/1.jpg", "/roll/b/2.jpg", "/scans/3.jpg"}), "/");
+    EXPECT_EQ(commonFolder({"/roll/a/1.jpg", "/roll/a"}), "/roll");
+    EXPECT_EQ(commonFolder({"/roll/a", "/roll/a/1.jpg"}), "/roll");
+    EXPECT_EQ(commonFolder({"/roll//1.jpg", "/roll//2.jpg"}), "/roll/");
 }
 
 } // namespace
